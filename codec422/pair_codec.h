@@ -1,0 +1,323 @@
+// The row loops of the 8-bit 4:2:2 layouts, from picture to frame and back. A member is an instance for one
+// frame layout, scan and pixel format; members differ in how a strip is filled or a row drained.
+#pragma once
+#include <algorithm>
+#include <array>
+
+#include "codec422/pair_prediction.h"
+#include "codec422/pair_rebuild.h"
+#include "entropy/symbol_coder.h"
+#include "frame/argument_check.h"
+#include "frame/frame_bounds.h"
+#include "frame/row_walk.h"
+#include "pixel/load.h"
+#include "pixel/store.h"
+
+namespace vorel {
+
+inline const RowCodes8& RowCodesOf(CodeSetId id) {
+  return id == CodeSetId::wide8Progressive ? kWide8ProgressiveRows : kWide8InterlacedRows;
+}
+
+template <const FrameLayout& Layout>
+inline constexpr PairStart kFirstRowStart = {static_cast<u8>(Layout.start.luma),
+                                             static_cast<u8>(Layout.start.chroma),
+                                             static_cast<u8>(Layout.start.chroma)};
+
+// Where a frame ends at the latest: offset in bytes from its start.
+template <const FrameLayout& Layout>
+u64 FrameLimit(const FrameCall& call, StreamCursor cursor) {
+  return u64{cursor.word} * 4 + MaxFrameBytes(Layout, call.width, call.height);
+}
+
+inline void StoreCursors(const FrameCall& call, u64 bitPosition) {
+  const StreamCursor returned = ReturnedCursor(*call.wordCursor, bitPosition);
+  *call.wordCursor = returned.word;
+  *call.bitCursor = returned.bit;
+}
+
+// ---- Encoding
+
+using Writer = BitWriter<NativeWindow>;
+
+// Codes a row by the left-only rule. Returns the first pair's samples, from which a later interlaced row
+// starts.
+template <const PixelLayout& Pixel>
+[[gnu::noinline]] std::array<i16, 3> PutLeftOnlyRow(Writer& writer, const RowCodes8& codes, const u8* source,
+                                                    u32 pairs, std::array<i16, 3> start) {
+  PairStrip strip;
+  std::array<u16, kStripPixels> symbols;
+  SetLeftNeighbours(strip, start[0], start[1], start[2]);
+  std::array<i16, 3> firstPair{};
+  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
+    const u32 count = std::min(kStripPairs, pairs - pair);
+    FillStrip<Pixel>(source + std::size_t{pair} * kPairBytes<Pixel>, count, strip);
+    if (pair == 0) firstPair = {Luma(strip)[0], Chroma(strip)[0], Chroma(strip)[1]};
+    PredictLeftOnly(Luma(strip), Chroma(strip), symbols.data());
+    PutSymbolPairs(writer, codes, symbols.data(), count * 2);
+    CarryNeighbours(strip);
+  }
+  return firstPair;
+}
+
+// Codes a later row of a progressive frame; the row above is read from the source too.
+template <const PixelLayout& Pixel>
+[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes8& codes, const u8* source,
+                                       const u8* sourceAbove, u32 pairs) {
+  PairStrip strip;
+  PairStrip above;
+  std::array<u16, kStripPixels> symbols;
+  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
+    const u32 count = std::min(kStripPairs, pairs - pair);
+    FillStrip<Pixel>(source + std::size_t{pair} * kPairBytes<Pixel>, count, strip);
+    FillStrip<Pixel>(sourceAbove + std::size_t{pair} * kPairBytes<Pixel>, count, above);
+    if (pair == 0) {
+      // Nothing is left of the first pair: L and TL are both T.
+      SetLeftNeighbours(strip, Luma(above)[0], Chroma(above)[0], Chroma(above)[1]);
+      SetLeftNeighbours(above, Luma(above)[0], Chroma(above)[0], Chroma(above)[1]);
+    }
+    PredictFromAbove(Luma(strip), Chroma(strip), Luma(above), Chroma(above), symbols.data());
+    PutSymbolPairs(writer, codes, symbols.data(), count * 2);
+    CarryNeighbours(strip);
+    CarryNeighbours(above);
+  }
+}
+
+template <const PixelLayout& Pixel>
+[[gnu::noinline]] void PutRawRow(Writer& writer, const u8* source, u32 pairs) {
+  PairStrip strip;
+  std::array<u16, kStripPixels> samples;
+  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
+    const u32 count = std::min(kStripPairs, pairs - pair);
+    FillStrip<Pixel>(source + std::size_t{pair} * kPairBytes<Pixel>, count, strip);
+    PackSamples(Luma(strip), Chroma(strip), samples.data());
+    for (u32 i = 0; i < count; ++i) PutWord(writer, LoadBig32(&samples[std::size_t{2} * i]));
+  }
+}
+
+template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
+Status EncodeFrame(const FrameCall& call, const char* routineName) {
+  const Status checked = CheckArguments(call, Pixel.significantBits, routineName);
+  if (checked != Status::complete) return checked;
+  const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
+  const u64 limit = FrameLimit<Layout>(call, cursor);
+  const u32 pairs = UnitsPerRow(Layout, call.width);
+  const RowCodes8& codes = RowCodesOf(Layout.codes[Index(FrameScan)]);
+  constexpr std::array<i16, 3> kStart = {Layout.start.luma, Layout.start.chroma, Layout.start.chroma};
+  Writer writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
+  RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
+  std::array<i16, 3> start = kStart;
+  Status status = Status::complete;
+  for (u32 row = 0; row < call.height; ++row) {
+    const u8* source = CurrentRow(walk);
+    const Writer rowStart = writer;
+    PutBits(writer, NativeWindow{0}, 1);
+    if (FrameScan == Scan::p && row != 0) {
+      PutRowFromAbove<Pixel>(writer, codes, source, source - call.rowBytes, pairs);
+    } else {
+      const std::array<i16, 3> firstPair = PutLeftOnlyRow<Pixel>(writer, codes, source, pairs, start);
+      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) start = firstPair;
+    }
+    const u64 words = (WrittenBits(writer) >> 5) - (WrittenBits(rowStart) >> 5);
+    if (!PredictedRowStays(Layout, words, call.width)) {
+      // The bound is tested with the attempted row in place: a frame may end here although the raw row would
+      // fit.
+      if (IsPastLimit(writer, limit)) {
+        status = Status::frameBoundWritten;
+        break;
+      }
+      writer = rowStart;
+      PutBits(writer, NativeWindow{1}, 1);
+      PutRawRow<Pixel>(writer, source, pairs);
+    }
+    if (!StepRow(walk)) {
+      status = Status::rowLeftPictureEncode;
+      break;
+    }
+    if (IsPastLimit(writer, limit)) {
+      status = Status::frameBoundWritten;
+      break;
+    }
+  }
+  StoreCursors(call, CloseWriter(writer));
+  return status;
+}
+
+// ---- Decoding
+
+// What a decoder carries from row to row.
+struct RowSource {
+  BitReader reader;
+  RowWalk walk;
+  u64 limit;
+  u32 pairs;
+  u32 rowsLeft;  // of which the current one is the first
+};
+
+// A row takes a bit and at least a bit a symbol, so this many certainly follow the current row.
+inline u64 BitsBehindRow(const RowSource& source) {
+  return (source.rowsLeft - u64{1}) * (1 + u64{4} * source.pairs);
+}
+
+// Goes on to the next row and makes the checks behind a row, in their order. The row buffer has been given
+// exactly the pairs of the row, so the check that comes before them cannot fail.
+inline Status FinishRow(RowSource& source) {
+  --source.rowsLeft;
+  if (!StepRow(source.walk)) return Status::rowLeftPictureDecode;
+  return IsPastLimit(source.reader, source.limit) ? Status::frameBoundRead : Status::complete;
+}
+
+// Takes `pairs` pairs of the current row, symbols or samples, of which `pairsBehind` follow in the row.
+inline void GetPairs(RowSource& source, const RowCodes8& codes, bool raw, u8* out, std::size_t pairs,
+                     std::size_t pairsBehind) {
+  if (raw) {
+    GetRawBytes(source.reader, out, pairs * 4);
+  } else {
+    GetSymbols<NativeWindow>(source.reader, codes, out, pairs * 4, BitsBehindRow(source) + pairsBehind * 4);
+  }
+}
+
+// Pairs that a row decoder handles at once where it goes through a row in pieces.
+inline constexpr std::size_t kPiecePairs = 2048;
+
+// Decodes a row by the left-only rule into the picture. The row's samples are copied to `keep` as well, if it
+// is not null. Returns the first pair's samples.
+template <const PixelLayout& Pixel>
+[[gnu::noinline]] PairStart DecodeLeftOnlyRow(RowSource& source, const RowCodes8& codes, PairStart start,
+                                              u8* keep) {
+  std::array<u8, kPiecePairs * 4> piece;
+  PairStart firstPair{};
+  u8* target = CurrentRow(source.walk);
+  const bool raw = GetBit(source.reader) != 0;
+  for (std::size_t pair = 0; pair < source.pairs; pair += kPiecePairs) {
+    const std::size_t count = std::min<std::size_t>(kPiecePairs, source.pairs - pair);
+    GetPairs(source, codes, raw, piece.data(), count, source.pairs - pair - count);
+    if (!raw) start = RebuildLeftOnly(piece.data(), count, start);
+    if (pair == 0) firstPair = {piece[0], piece[1], piece[3]};
+    DrainPairs<Pixel>(piece.data(), count, target + pair * kPairBytes<Pixel>);
+    if (keep != nullptr) std::memcpy(keep + pair * 4, piece.data(), count * 4);
+  }
+  return firstPair;
+}
+
+// Rows of a band of up to 4,096 pixels each, and the row above them, lie on the stack. Wider pictures take
+// fewer rows to a band.
+inline constexpr std::size_t kBandPitch = 2048 * 4 + kBandFrontPadding + kBandBackPadding;
+inline constexpr std::size_t kBandBytes = (kBandRows + 1) * kBandPitch;
+
+struct BandPlan {
+  std::size_t pitch;
+  u32 rows;  // 0 if the picture is too wide for a band
+};
+
+// Besides its rows a band holds the row above and, if it has fewer rows than lanes, one row for the idle
+// lanes.
+inline BandPlan PlanBand(std::size_t pairs) {
+  const std::size_t pitch = (pairs * 4 + kBandFrontPadding + kBandBackPadding + 15) & ~std::size_t{15};
+  const std::size_t slots = kBandBytes / pitch;
+  if (slots > kBandRows) return {pitch, kBandRows};
+  return {pitch, slots > 2 ? static_cast<u32>(slots - 2) : 0};
+}
+
+// Decodes the later rows of a progressive frame band by band. `above` holds the samples of the row above.
+template <const FrameLayout& Layout, const PixelLayout& Pixel>
+[[gnu::noinline]] Status DecodeBands(RowSource& source, const RowCodes8& codes, const u8* above,
+                                     const BandPlan& plan) {
+  alignas(16) std::array<u8, kBandBytes> buffer = {};
+  const auto slot = [&](std::size_t number) {
+    return buffer.data() + number * plan.pitch + kBandFrontPadding;
+  };
+  const std::size_t rowLength = std::size_t{source.pairs} * 4;
+  std::array<u8*, kBandRows> rows;
+  for (u32 r = 0; r < kBandRows; ++r) rows[r] = slot(1 + std::min(r, plan.rows));
+  std::memcpy(slot(0), above, rowLength);
+  while (source.rowsLeft > 0) {
+    const u32 wanted = std::min(plan.rows, source.rowsLeft);
+    u8* target = CurrentRow(source.walk);
+    const std::intptr_t step = source.walk.step;
+    Status status = Status::complete;
+    u32 rawRows = 0;
+    u32 count = 0;
+    while (count < wanted && status == Status::complete) {
+      const bool raw = GetBit(source.reader) != 0;
+      rawRows |= u32{raw} << count;
+      GetPairs(source, codes, raw, rows[count], source.pairs, 0);
+      ++count;
+      status = FinishRow(source);
+    }
+    RebuildBand<Layout.chromaSign>(slot(0), rows.data(), source.pairs, rawRows);
+    for (u32 r = 0; r < count; ++r)
+      DrainPairs<Pixel>(rows[r], source.pairs, target + static_cast<std::intptr_t>(r) * step);
+    if (status != Status::complete) return status;
+    std::memcpy(slot(0), rows[count - 1], rowLength);
+  }
+  return Status::complete;
+}
+
+// Decodes the later rows of a progressive frame one by one, in pieces. The row buffer holds the row above.
+template <const FrameLayout& Layout, const PixelLayout& Pixel>
+[[gnu::noinline]] Status DecodeWideRows(RowSource& source, const RowCodes8& codes, u8* rowBuffer) {
+  std::array<u8, kPiecePairs * 4> piece;
+  while (source.rowsLeft > 0) {
+    u8* target = CurrentRow(source.walk);
+    const bool raw = GetBit(source.reader) != 0;
+    PairNeighbours neighbours{};
+    for (std::size_t pair = 0; pair < source.pairs; pair += kPiecePairs) {
+      const std::size_t count = std::min<std::size_t>(kPiecePairs, source.pairs - pair);
+      GetPairs(source, codes, raw, piece.data(), count, source.pairs - pair - count);
+      u8* above = rowBuffer + pair * 4;
+      if (raw) {
+        std::memcpy(above, piece.data(), count * 4);
+      } else {
+        RebuildRow<Layout.chromaSign>(above, piece.data(), count, pair == 0, neighbours);
+      }
+      DrainPairs<Pixel>(piece.data(), count, target + pair * kPairBytes<Pixel>);
+    }
+    const Status status = FinishRow(source);
+    if (status != Status::complete) return status;
+  }
+  return Status::complete;
+}
+
+template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
+Status DecodeRows(RowSource& source, const RowCodes8& codes, [[maybe_unused]] u8* rowBuffer) {
+  PairStart start = kFirstRowStart<Layout>;
+  if constexpr (FrameScan == Scan::p) {
+    DecodeLeftOnlyRow<Pixel>(source, codes, start, rowBuffer);
+    const Status status = FinishRow(source);
+    if (status != Status::complete) return status;
+    const BandPlan plan = PlanBand(source.pairs);
+    if (plan.rows > 0) return DecodeBands<Layout, Pixel>(source, codes, rowBuffer, plan);
+    return DecodeWideRows<Layout, Pixel>(source, codes, rowBuffer);
+  } else {
+    while (source.rowsLeft > 0) {
+      const PairStart firstPair = DecodeLeftOnlyRow<Pixel>(source, codes, start, nullptr);
+      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) start = firstPair;
+      const Status status = FinishRow(source);
+      if (status != Status::complete) return status;
+    }
+    return Status::complete;
+  }
+}
+
+template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
+Status DecodeFrame(const FrameCall& call, const char* routineName) {
+  const Status checked = CheckArguments(call, Pixel.significantBits, routineName);
+  if (checked != Status::complete) return checked;
+  if (FrameScan == Scan::p && call.scratch == nullptr) return Status::scratchMissing;
+  const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
+  const std::uintptr_t scratch = (reinterpret_cast<std::uintptr_t>(call.scratch) + 3) & ~std::uintptr_t{3};
+  RowSource source = {
+      .reader = OpenReader(call.frame, cursor, call.readableFrom, call.readableTo),
+      .walk = OpenRowWalk(call.base, call.height, call.rowBytes),
+      .limit = FrameLimit<Layout>(call, cursor),
+      .pairs = UnitsPerRow(Layout, call.width),
+      .rowsLeft = call.height,
+  };
+  const RowCodes8& codes = RowCodesOf(Layout.codes[Index(FrameScan)]);
+  const Status status = DecodeRows<Layout, FrameScan, Pixel>(source, codes, reinterpret_cast<u8*>(scratch));
+  StoreCursors(call, source.reader.position);
+  return status;
+}
+
+}  // namespace vorel

@@ -1,0 +1,265 @@
+#include "codec422/pair_rebuild.h"
+
+#include <array>
+#include <utility>
+
+#include "base/bytes.h"
+
+namespace vorel {
+namespace {
+
+using Bytes16 = u8 __attribute__((vector_size(16)));
+using Lanes = i16 __attribute__((vector_size(16)));
+using UnsignedLanes = u16 __attribute__((vector_size(16)));
+using Words4 = u32 __attribute__((vector_size(16)));
+
+// Moves the bytes of a vector up by N and puts zeros below.
+template <int... Position>
+Bytes16 ShiftUp(Bytes16 value, std::integer_sequence<int, Position...> /*positions*/) {
+  constexpr int kShift = 16 - static_cast<int>(sizeof...(Position));
+  const Bytes16 zero = {};
+  if constexpr (kShift == 2) {
+    return __builtin_shufflevector(zero, value, 0, 0, Position + 16 ...);
+  } else if constexpr (kShift == 4) {
+    return __builtin_shufflevector(zero, value, 0, 0, 0, 0, Position + 16 ...);
+  } else {
+    static_assert(kShift == 8);
+    return __builtin_shufflevector(zero, value, 0, 0, 0, 0, 0, 0, 0, 0, Position + 16 ...);
+  }
+}
+
+u8 Sum(u8 a, u8 b) {
+  return static_cast<u8>(a + b);
+}
+
+// Eight lanes of 16 bits from the eight vectors of a square, rows to columns.
+struct Square {
+  std::array<Lanes, 8> line;
+};
+
+inline Lanes LowHalves(Lanes a, Lanes b) {
+  return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+}
+inline Lanes HighHalves(Lanes a, Lanes b) {
+  return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+}
+
+inline Lanes LowWords(Lanes a, Lanes b) {
+  return (Lanes)__builtin_shufflevector((Words4)a, (Words4)b, 0, 4, 1, 5);
+}
+inline Lanes HighWords(Lanes a, Lanes b) {
+  return (Lanes)__builtin_shufflevector((Words4)a, (Words4)b, 2, 6, 3, 7);
+}
+
+inline void Transpose(Square& square) {
+  using Doubles = u64 __attribute__((vector_size(16)));
+  std::array<Lanes, 8>& s = square.line;
+  const Lanes a0 = LowHalves(s[0], s[1]), a1 = HighHalves(s[0], s[1]);
+  const Lanes a2 = LowHalves(s[2], s[3]), a3 = HighHalves(s[2], s[3]);
+  const Lanes a4 = LowHalves(s[4], s[5]), a5 = HighHalves(s[4], s[5]);
+  const Lanes a6 = LowHalves(s[6], s[7]), a7 = HighHalves(s[6], s[7]);
+  const Lanes b0 = LowWords(a0, a2), b1 = HighWords(a0, a2);
+  const Lanes b2 = LowWords(a1, a3), b3 = HighWords(a1, a3);
+  const Lanes b4 = LowWords(a4, a6), b5 = HighWords(a4, a6);
+  const Lanes b6 = LowWords(a5, a7), b7 = HighWords(a5, a7);
+  const auto low = [](Lanes x, Lanes y) {
+    return (Lanes)__builtin_shufflevector((Doubles)x, (Doubles)y, 0, 2);
+  };
+  const auto high = [](Lanes x, Lanes y) {
+    return (Lanes)__builtin_shufflevector((Doubles)x, (Doubles)y, 1, 3);
+  };
+  s = {low(b0, b4), high(b0, b4), low(b1, b5), high(b1, b5),
+       low(b2, b6), high(b2, b6), low(b3, b7), high(b3, b7)};
+}
+
+// Moves every lane one row down and puts the row above the band into the first.
+inline Lanes FromRowAbove(Lanes value, int above) {
+  const Lanes zero = {};
+  Lanes moved = __builtin_shufflevector(zero, value, 0, 8, 9, 10, 11, 12, 13, 14);
+  moved[0] = static_cast<i16>(above);
+  return moved;
+}
+
+inline Lanes Select(Lanes mask, Lanes yes, Lanes no) {
+  return (mask & yes) | (~mask & no);
+}
+
+template <ChromaSign Sign>
+inline int ReadChroma(u8 byte) {
+  if constexpr (Sign == ChromaSign::isSigned) return static_cast<i8>(byte);
+  return byte;
+}
+
+// Cuts a sum to the byte that is kept and reads it as its component does.
+inline Lanes LumaOf(Lanes sum) {
+  return sum & 255;
+}
+template <ChromaSign Sign>
+inline Lanes ChromaOf(Lanes sum) {
+  if constexpr (Sign == ChromaSign::isSigned) return (sum << 8) >> 8;
+  return sum & 255;
+}
+
+// One component of the rows of a band: the sample that each row has just rebuilt, and the one above that.
+struct Chain {
+  Lanes left;
+  Lanes topLeft;
+};
+
+// State of a band: lane r stands one pair left of lane r - 1.
+struct Band {
+  Lanes luma0, luma1;  // last rebuilt samples of each row
+  Lanes luma1Above;    // what stood above luma1
+  Chain cb, cr;
+};
+
+template <ChromaSign Sign, bool Prologue, bool AnyRaw>
+inline Lanes StepChroma(Chain& chain, Lanes symbol, Lanes top, Lanes first, Lanes predicted) {
+  Lanes left = chain.left;
+  Lanes topLeft = chain.topLeft;
+  if constexpr (Prologue) {
+    left = Select(first, top, left);
+    topLeft = Select(first, top, topLeft);
+  }
+  Lanes prediction = top + ((left - topLeft) >> 1);
+  if constexpr (AnyRaw) prediction &= predicted;
+  chain.left = ChromaOf<Sign>(prediction + symbol);
+  chain.topLeft = top;
+  return chain.left;
+}
+
+template <bool AnyRaw>
+inline Lanes BlendLuma(Lanes left, Lanes top, Lanes topLeft, Lanes symbol, Lanes predicted) {
+  // (3L + 3T - 2TL) >> 2 and the symbol in one sum: only 3L waits for the left neighbour. At most 2,550 in
+  // magnitude.
+  const Lanes known = top + (top - topLeft) * 2 + symbol * 4;
+  const Lanes sum = LumaOf((left + left + left + known) >> 2);
+  if constexpr (AnyRaw) return Select(predicted, sum, symbol);
+  return sum;
+}
+
+// Rebuilds four pairs of each row: row r those from 4 * group - r on. In the prologue the lane of a row that
+// has its first pair takes L and TL from T.
+template <ChromaSign Sign, bool Prologue, bool AnyRaw>
+inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff_t group, Lanes predicted) {
+  const Lanes rowNumber = {0, 1, 2, 3, 4, 5, 6, 7};
+  Square square;
+  for (std::size_t r = 0; r < kBandRows; ++r) {
+    square.line[r] = LoadNative<Lanes>(rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4);
+  }
+  Transpose(square);
+  for (int step = 0; step < 4; ++step) {
+    const Lanes even = square.line[static_cast<std::size_t>(2 * step)];     // Y'0 and Cb of every row
+    const Lanes odd = square.line[static_cast<std::size_t>(2 * step + 1)];  // Y'1 and Cr
+    const u8* pairAbove = above + (group * 4 + step) * 4;
+    const Lanes first = Prologue ? rowNumber == static_cast<i16>(group * 4 + step) : Lanes{};
+    const Lanes top0 = FromRowAbove(band.luma0, pairAbove[0]);
+    const Lanes top1 = FromRowAbove(band.luma1, pairAbove[2]);
+    Lanes left0 = band.luma1;
+    Lanes topLeft0 = band.luma1Above;
+    if constexpr (Prologue) {
+      left0 = Select(first, top0, left0);
+      topLeft0 = Select(first, top0, topLeft0);
+    }
+    const Lanes luma0 = BlendLuma<AnyRaw>(left0, top0, topLeft0, even & 255, predicted);
+    const Lanes luma1 = BlendLuma<AnyRaw>(luma0, top1, top0, odd & 255, predicted);
+    const Lanes topCb = FromRowAbove(band.cb.left, ReadChroma<Sign>(pairAbove[1]));
+    const Lanes topCr = FromRowAbove(band.cr.left, ReadChroma<Sign>(pairAbove[3]));
+    const Lanes cb = StepChroma<Sign, Prologue, AnyRaw>(band.cb, even >> 8, topCb, first, predicted);
+    const Lanes cr = StepChroma<Sign, Prologue, AnyRaw>(band.cr, odd >> 8, topCr, first, predicted);
+    band.luma0 = luma0;
+    band.luma1 = luma1;
+    band.luma1Above = top1;
+    square.line[static_cast<std::size_t>(2 * step)] = luma0 | cb << 8;
+    square.line[static_cast<std::size_t>(2 * step + 1)] = luma1 | cr << 8;
+  }
+  Transpose(square);
+  for (std::size_t r = 0; r < kBandRows; ++r) {
+    StoreNative(rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4, square.line[r]);
+  }
+}
+
+template <ChromaSign Sign, bool AnyRaw>
+void RebuildBandRows(const u8* above, u8* const* rows, std::size_t pairs, Lanes predicted) {
+  Band band = {};
+  // The last row is seven pairs behind the first.
+  const std::ptrdiff_t groups = static_cast<std::ptrdiff_t>((pairs + kBandRows - 1 + 3) / 4);
+  std::ptrdiff_t group = 0;
+  for (; group < 2 && group < groups; ++group)
+    StepGroup<Sign, true, AnyRaw>(band, above, rows, group, predicted);
+  for (; group < groups; ++group) StepGroup<Sign, false, AnyRaw>(band, above, rows, group, predicted);
+}
+
+}  // namespace
+
+PairStart RebuildLeftOnly(u8* row, std::size_t pairs, PairStart start) {
+  // Sums within 16 bytes, luma in steps of two bytes and chroma in steps of four, and then what came before
+  // them.
+  const Bytes16 lumaMask = {255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0};
+  Words4 carry = Words4{} + (u32{start.luma} * 0x00010001u | u32{start.cb} << 8 | u32{start.cr} << 24);
+  std::size_t i = 0;
+  for (; i + 4 <= pairs; i += 4) {
+    Bytes16 sum = LoadNative<Bytes16>(row + 4 * i);
+    sum += ShiftUp(sum, std::make_integer_sequence<int, 14>()) & lumaMask;
+    sum += ShiftUp(sum, std::make_integer_sequence<int, 12>());
+    sum += ShiftUp(sum, std::make_integer_sequence<int, 8>());
+    sum += (Bytes16)carry;
+    StoreNative(row + 4 * i, sum);
+    // The last pair, with its Y'1 in place of Y'0 too.
+    const Words4 last = __builtin_shufflevector((Words4)sum, (Words4)sum, 3, 3, 3, 3);
+    carry = (last & 0xFFFFFF00u) | (last >> 16 & 0xFFu);
+  }
+  const u32 state = carry[0];
+  PairStart next = {static_cast<u8>(state), static_cast<u8>(state >> 8), static_cast<u8>(state >> 24)};
+  for (; i < pairs; ++i) {
+    u8* pair = row + 4 * i;
+    pair[0] = Sum(pair[0], next.luma);
+    pair[1] = Sum(pair[1], next.cb);
+    pair[2] = Sum(pair[2], pair[0]);
+    pair[3] = Sum(pair[3], next.cr);
+    next = {pair[2], pair[1], pair[3]};
+  }
+  return next;
+}
+
+template <ChromaSign Sign>
+void RebuildBand(const u8* above, u8* const* rows, std::size_t pairs, u32 rawRows) {
+  Lanes predicted;
+  for (u32 r = 0; r < kBandRows; ++r) predicted[r] = (rawRows >> r & 1) != 0 ? i16{0} : i16{-1};
+  if (rawRows == 0) {
+    RebuildBandRows<Sign, false>(above, rows, pairs, predicted);
+  } else {
+    RebuildBandRows<Sign, true>(above, rows, pairs, predicted);
+  }
+}
+
+template <ChromaSign Sign>
+void RebuildRow(u8* above, u8* row, std::size_t pairs, bool first, PairNeighbours& neighbours) {
+  const auto blend = [](int left, int top, int topLeft) { return (3 * (left + top) - 2 * topLeft) >> 2; };
+  const auto gradient = [](u8 left, u8 top, u8 topLeft) {
+    return ReadChroma<Sign>(top) + ((ReadChroma<Sign>(left) - ReadChroma<Sign>(topLeft)) >> 1);
+  };
+  for (std::size_t i = 0; i < pairs; ++i, row += 4, above += 4) {
+    u8* left = neighbours.left;
+    u8* topLeft = neighbours.topLeft;
+    if (first && i == 0) {
+      left[2] = topLeft[2] = above[0];
+      left[1] = topLeft[1] = above[1];
+      left[3] = topLeft[3] = above[3];
+    }
+    row[0] = static_cast<u8>(row[0] + blend(left[2], above[0], topLeft[2]));
+    row[1] = static_cast<u8>(row[1] + gradient(left[1], above[1], topLeft[1]));
+    row[2] = static_cast<u8>(row[2] + blend(row[0], above[2], above[0]));
+    row[3] = static_cast<u8>(row[3] + gradient(left[3], above[3], topLeft[3]));
+    std::memcpy(topLeft, above, 4);
+    std::memcpy(left, row, 4);
+    std::memcpy(above, row, 4);
+  }
+}
+
+template void RebuildBand<ChromaSign::isUnsigned>(const u8*, u8* const*, std::size_t, u32);
+template void RebuildBand<ChromaSign::isSigned>(const u8*, u8* const*, std::size_t, u32);
+template void RebuildRow<ChromaSign::isUnsigned>(u8*, u8*, std::size_t, bool, PairNeighbours&);
+template void RebuildRow<ChromaSign::isSigned>(u8*, u8*, std::size_t, bool, PairNeighbours&);
+
+}  // namespace vorel

@@ -1,0 +1,46 @@
+// From residuals back to samples, for decoders of 8-bit 4:2:2 rows. Rows are in stream order, four bytes a
+// pair: Y'0, Cb, Y'1, Cr; the symbols of a row are overwritten by its samples.
+//
+// The rules are those of codec422/pair_prediction.h. There every sample is known; here each one waits for its
+// left neighbour, so the rows of a band are rebuilt together, each one pair behind the row above it: the rows
+// are the lanes of a vector.
+#pragma once
+#include "frame/frame_layout.h"
+
+namespace vorel {
+
+inline constexpr u32 kBandRows = 8;
+
+// Bytes that must be writable before and behind each row of a band; their contents are lost.
+inline constexpr std::size_t kBandFrontPadding = 32;
+inline constexpr std::size_t kBandBackPadding = 48;
+
+struct PairStart {
+  u8 luma;
+  u8 cb;
+  u8 cr;
+};
+
+// left-only rule over `pairs` pairs. Returns what the pair behind them starts from.
+PairStart RebuildLeftOnly(u8* row, std::size_t pairs, PairStart start);
+
+// Later rows of a progressive frame, kBandRows at once.
+//
+// above     samples of the row above the first one, with kBandBackPadding readable bytes behind
+// rows      kBandRows rows, none overlapping another or its padding
+// rawRows   bit r is set if row r holds samples and not symbols
+template <ChromaSign Sign>
+void RebuildBand(const u8* above, u8* const* rows, std::size_t pairs, u32 rawRows);
+
+// Neighbours of a pair: the pair to the left, and the one above that.
+struct PairNeighbours {
+  u8 left[4];
+  u8 topLeft[4];
+};
+
+// The same for one row, pair by pair; for rows that are too wide for a band. `first` says that the pair has
+// nothing to its left. `above` is read and then overwritten by the samples of the row.
+template <ChromaSign Sign>
+void RebuildRow(u8* above, u8* row, std::size_t pairs, bool first, PairNeighbours& neighbours);
+
+}  // namespace vorel

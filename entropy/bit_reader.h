@@ -1,0 +1,62 @@
+// Takes bits out of a frame. The position is a bit number from the start of the frame; a window of 32 bits at
+// it is formed from the bytes, most significant bit first.
+//
+// Only bytes from `readableFrom` up to `readableTo` are ever loaded, others read as zero. A routine whose
+// caller promises a whole frame bound has no end; then at most two words behind the last coded bit are
+// loaded.
+#pragma once
+#include "base/bytes.h"
+#include "frame/stream_cursor.h"
+
+namespace vorel {
+
+struct BitReader {
+  const u8* frame;
+  u64 position;              // of the next unread bit
+  std::size_t readableFrom;  // offsets in bytes from `frame`
+  std::size_t readableTo;
+};
+
+inline BitReader OpenReader(const u8* frame, StreamCursor cursor, std::size_t readableFrom,
+                            std::size_t readableTo) {
+  return {frame, BitPosition(cursor), readableFrom, readableTo};
+}
+
+// Whether `bytes` bytes from `offset` on may be loaded.
+inline bool IsReadable(const BitReader& reader, u64 offset, std::size_t bytes) {
+  return offset >= reader.readableFrom && reader.readableTo >= bytes && offset <= reader.readableTo - bytes;
+}
+
+// Eight bytes as a big-endian number; what must not be loaded reads as zero.
+inline u64 LoadWindow(const BitReader& reader, u64 offset) {
+  if (IsReadable(reader, offset, 8)) return LoadBig64(reader.frame + offset);
+  u64 window = 0;
+  for (u64 i = 0; i < 8; ++i) {
+    window = window << 8 | (IsReadable(reader, offset + i, 1) ? reader.frame[offset + i] : 0u);
+  }
+  return window;
+}
+
+// The next 32 bits, the first at the top, without taking them.
+inline u32 PeekWord(const BitReader& reader) {
+  return static_cast<u32>(LoadWindow(reader, reader.position >> 3) << (reader.position & 7) >> 32);
+}
+
+inline u32 GetBit(BitReader& reader) {
+  const u32 bit = PeekWord(reader) >> 31;
+  ++reader.position;
+  return bit;
+}
+
+inline u32 GetWord(BitReader& reader) {
+  const u32 word = PeekWord(reader);
+  reader.position += 32;
+  return word;
+}
+
+// Where the word that holds the next bit ends must not be behind the limit; tested once a row.
+inline bool IsPastLimit(const BitReader& reader, u64 limit) {
+  return (reader.position >> 5) * 4 + 4 > limit;
+}
+
+}  // namespace vorel

@@ -1,0 +1,162 @@
+// Runs of 8-bit symbols whose classes alternate, A first: the hot loops of encoder and decoder. See
+// entropy/symbol_groups.h for the tables. Both loops have a careful twin that they go over to near the end of
+// the frame or of the run.
+#pragma once
+#include "entropy/bit_reader.h"
+#include "entropy/bit_writer.h"
+#include "entropy/symbol_groups.h"
+
+namespace vorel {
+
+// Codes one class A symbol (low byte) and one class B symbol (high byte), anywhere.
+template <typename Window>
+inline void PutSymbolPair(BitWriter<Window>& writer, const RowCodes8& codes, u16 symbols) {
+  PutCode(writer, codes.codes->encode[symbols & 255u][0]);
+  PutCode(writer, codes.codes->encode[symbols >> 8][1]);
+}
+
+// What `count` symbol pairs may take at most, in bytes.
+constexpr std::size_t WorstPairBytes(u32 count) {
+  return std::size_t{count} * (2 * kLongestCode / 8);
+}
+
+// Codes `count` pairs of symbols, each with the class A symbol in its low byte.
+template <typename Window>
+void PutSymbolPairs(BitWriter<Window>& writer, const RowCodes8& codes, const u16* symbols, u32 count) {
+  if (!HasRoom(writer, WorstPairBytes(count))) {
+    for (u32 i = 0; i < count; ++i) PutSymbolPair(writer, codes, symbols[i]);
+    return;
+  }
+  const u32* pairs = codes.pairs->data();
+  BitWriter<Window> local = writer;  // in registers: stores through u8* could otherwise alter it
+  const auto putOne = [&](u16 symbolPair) {
+    const u32 entry = pairs[symbolPair];
+    if ((entry & 255) == kNoPairCode) {
+      PutSymbolPair(local, codes, symbolPair);
+    } else {
+      PutBitsFast(local, static_cast<Window>(entry >> 8), entry & 255);
+    }
+  };
+  u32 i = 0;
+  if constexpr (kWindowBits<Window> == 64) {
+    for (; i + 4 <= count; i += 4) {
+      const u32 e0 = pairs[symbols[i]];
+      const u32 e1 = pairs[symbols[i + 1]];
+      const u32 e2 = pairs[symbols[i + 2]];
+      const u32 e3 = pairs[symbols[i + 3]];
+      const u32 bits = (e0 + e1 + e2 + e3) & 255;
+      if (bits <= kMostBitsPerPut<Window>) [[likely]] {
+        const u64 high = u64{e0 >> 8} << (e1 & 63) | e1 >> 8;
+        const u64 low = u64{e2 >> 8} << (e3 & 63) | e3 >> 8;
+        PutBitsFast(local, high << ((e2 + e3) & 63) | low, bits);
+      } else {
+        for (u32 k = 0; k < 4; ++k) putOne(symbols[i + k]);
+      }
+    }
+  }
+  for (; i < count; ++i) putOne(symbols[i]);
+  writer = local;
+}
+
+// Decodes `count` symbols, an even number, into `out`.
+//
+// bitsBehind   how many coded bits of the frame certainly follow this run: they allow for more look-ahead
+//              without loading more than two words behind the last of them
+template <typename Window>
+void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t count, u64 bitsBehind) {
+  static_assert(kGroupEntries * sizeof(u64) <= 0xFFFF);
+  const u64* const groups = codes.groups->data();
+  const u8* const end = out + count;
+  u32 table = 0;  // offset of the entries for the class that comes next
+  if constexpr (kWindowBits<Window> == 64) {
+    // A turn takes at most 16 symbols, and its load ends at most 123 bits behind the position: with 59 coded
+    // bits ahead that is within two words of the last one.
+    const std::size_t margin = bitsBehind >= 64 ? 16 : 64;
+    if (count >= margin && IsReadable(reader, reader.position >> 3, 16)) {
+      const u8* const outLast = end - margin;
+      const u64 offsetLast = reader.readableTo - 8;
+      u64 offset = reader.position >> 3;
+      u64 window = LoadBig64(reader.frame + offset);
+      u32 valid = 56;  // bits of the window that count; those below are the true ones behind, or zero
+      offset += 7;
+      window <<= reader.position & 7;
+      valid -= static_cast<u32>(reader.position & 7);
+      while (out <= outLast && offset <= offsetLast) {
+        window |= LoadBig64(reader.frame + offset) >> valid;
+        offset += (63 - valid) >> 3;
+        valid |= 56;
+        u64 entry = 0;
+        u32 used = 0;
+        for (int step = 0; step < 4; ++step) {
+          entry = groups[table + (window >> (64 - kGroupBits))];
+          StoreLittle32(out, static_cast<u32>(entry >> 32));
+          out += entry >> 8 & 255;
+          window <<= entry & 63;
+          used += static_cast<u32>(entry & 255);
+          table = static_cast<u32>(entry >> 16 & 0xFFFF);
+        }
+        valid -= used;
+        if ((entry & 255) == 0) [[unlikely]] {
+          // A code of more than 11 bits. 12 bits are left at least; the load gives the rest.
+          if (offset > offsetLast) break;
+          window |= LoadBig64(reader.frame + offset) >> valid;
+          offset += (63 - valid) >> 3;
+          valid |= 56;
+          const CodeClass codeClass = table == 0 ? CodeClass::a : CodeClass::b;
+          const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, static_cast<u32>(window >> 32));
+          *out++ = static_cast<u8>(decoded.symbol);
+          window <<= decoded.length;
+          valid -= decoded.length;
+          table ^= kGroupEntries;
+        }
+      }
+      reader.position = offset * 8 - valid;
+    }
+  } else {
+    // A load of 32 bits at the position leaves 25: two steps.
+    while (end - out >= 8 && IsReadable(reader, reader.position >> 3, 4)) {
+      u32 window = LoadBig32(reader.frame + (reader.position >> 3)) << (reader.position & 7);
+      u64 entry = 0;
+      u32 used = 0;
+      for (int step = 0; step < 2; ++step) {
+        entry = groups[table + (window >> (32 - kGroupBits))];
+        StoreLittle32(out, static_cast<u32>(entry >> 32));
+        out += entry >> 8 & 255;
+        window <<= entry & 31;
+        used += static_cast<u32>(entry & 255);
+        table = static_cast<u32>(entry >> 16 & 0xFFFF);
+      }
+      reader.position += used;
+      if ((entry & 255) == 0) [[unlikely]] {
+        const CodeClass codeClass = table == 0 ? CodeClass::a : CodeClass::b;
+        const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, PeekWord(reader));
+        *out++ = static_cast<u8>(decoded.symbol);
+        reader.position += decoded.length;
+        table ^= kGroupEntries;
+      }
+    }
+  }
+  while (out < end) {
+    const u32 window = PeekWord(reader);
+    const u64 entry = groups[table + (window >> (32 - kGroupBits))];
+    if ((entry & 255) != 0 && end - out >= static_cast<std::ptrdiff_t>(kMostGroupSymbols)) {
+      StoreLittle32(out, static_cast<u32>(entry >> 32));
+      out += entry >> 8 & 255;
+      reader.position += entry & 255;
+      table = static_cast<u32>(entry >> 16 & 0xFFFF);
+    } else {
+      const CodeClass codeClass = table == 0 ? CodeClass::a : CodeClass::b;
+      const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, window);
+      *out++ = static_cast<u8>(decoded.symbol);
+      reader.position += decoded.length;
+      table ^= kGroupEntries;
+    }
+  }
+}
+
+// Reads `count` bytes, a multiple of 4, as they stand in the stream at any bit.
+inline void GetRawBytes(BitReader& reader, u8* out, std::size_t count) {
+  for (std::size_t i = 0; i < count; i += 4) StoreBig32(out + i, GetWord(reader));
+}
+
+}  // namespace vorel

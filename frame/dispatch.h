@@ -1,0 +1,19 @@
+// From a frame, or a picture and a choice of format, to the frame routine that serves it. The functions below
+// are the common part of the 24 exported ones, which differ only in the family that they name.
+#pragma once
+#include "frame/frame_call.h"
+#include "frame/status.h"
+#include "vorel/frame_codec.h"
+
+namespace vorel {
+
+// `call.frame` may have any address; `readableBytes` counts from it. See VorelDecodeBounded.
+Status DecodeLenient(VorelFamily family, u32 pixelFormat, FrameCall call, std::size_t readableBytes,
+                     u32 flags);
+
+// As DecodeLenient, but only a frame that Encode with the same arguments would have made.
+Status DecodeStrict(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags);
+
+Status Encode(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags);
+
+}  // namespace vorel

@@ -1,0 +1,80 @@
+// The exported functions that are not frame routines: eight each of lenient decode, encode and strict decode,
+// the bounded decode and the sizes.
+#include "frame/dispatch.h"
+#include "frame/frame_bounds.h"
+#include "frame/frame_tags.h"
+#include "frame/member_macros.h"
+
+namespace {
+
+using vorel::FrameCall;
+using vorel::Writable;
+
+constexpr std::size_t kNoEnd = std::numeric_limits<std::size_t>::max();
+
+}  // namespace
+
+extern "C" {
+
+VorelStatus VorelDecodeBounded(VorelFamily family, uint32_t pixelFormat, uint32_t width, uint32_t height,
+                               int32_t rowBytes, void* base, uint32_t colourStandard, uint32_t* wordCursor,
+                               uint32_t* bitCursor, const void* frame, size_t readableBytes, uint32_t flags,
+                               void* scratch) {
+  const FrameCall call = {width,          height,     rowBytes,  Writable<vorel::u8>(base),
+                          colourStandard, wordCursor, bitCursor, Writable<vorel::u8>(frame),
+                          scratch};
+  return static_cast<VorelStatus>(vorel::DecodeLenient(family, pixelFormat, call, readableBytes, flags));
+}
+
+#define VOREL_FAMILY_ENTRIES(FAMILY, NUMBER, COLOUR_PARAMETER, COLOUR)                                       \
+  VorelStatus Vorel##FAMILY##LenientDecode(uint32_t pixelFormat, uint32_t width, uint32_t height,            \
+                                           int32_t rowBytes, void* base, uint32_t colourStandard,            \
+                                           uint32_t* wordCursor, uint32_t* bitCursor, const uint32_t* frame, \
+                                           uint32_t flags, void* scratch) {                                  \
+    return VorelDecodeBounded(NUMBER, pixelFormat, width, height, rowBytes, base, colourStandard,            \
+                              wordCursor, bitCursor, frame, kNoEnd, flags, scratch);                         \
+  }                                                                                                          \
+  VorelStatus Vorel##FAMILY##Encode(uint32_t pixelFormat, uint32_t formatChoice, uint32_t width,             \
+                                    uint32_t height, int32_t rowBytes, const void* base COLOUR_PARAMETER,    \
+                                    uint32_t* wordCursor, uint32_t* bitCursor, uint32_t* frame,              \
+                                    uint32_t flags) {                                                        \
+    const FrameCall call = {width,  height,     rowBytes,  Writable<vorel::u8>(base),                        \
+                            COLOUR, wordCursor, bitCursor, Writable<vorel::u8>(frame),                       \
+                            nullptr};                                                                        \
+    return static_cast<VorelStatus>(vorel::Encode(NUMBER, pixelFormat, formatChoice, call, flags));          \
+  }                                                                                                          \
+  VorelStatus Vorel##FAMILY##StrictDecode(uint32_t pixelFormat, uint32_t formatChoice, uint32_t width,       \
+                                          uint32_t height, int32_t rowBytes, void* base COLOUR_PARAMETER,    \
+                                          uint32_t* wordCursor, uint32_t* bitCursor, const uint32_t* frame,  \
+                                          uint32_t flags, void* scratch) {                                   \
+    const FrameCall call = {width,  height,     rowBytes,  Writable<vorel::u8>(base),                        \
+                            COLOUR, wordCursor, bitCursor, Writable<vorel::u8>(frame),                       \
+                            scratch};                                                                        \
+    return static_cast<VorelStatus>(vorel::DecodeStrict(NUMBER, pixelFormat, formatChoice, call, flags));    \
+  }
+#define VOREL_COLOUR_PARAMETER , uint32_t colourStandard
+
+VOREL_FAMILY_ENTRIES(Generic, VOREL_GENERIC, , 0)
+VOREL_FAMILY_ENTRIES(RGB10bf, VOREL_RGB_10BF, VOREL_COLOUR_PARAMETER, colourStandard)
+VOREL_FAMILY_ENTRIES(RGB8bf, VOREL_RGB_8BF, VOREL_COLOUR_PARAMETER, colourStandard)
+VOREL_FAMILY_ENTRIES(YCbCr10bv444, VOREL_YCBCR_10BV_444, VOREL_COLOUR_PARAMETER, colourStandard)
+VOREL_FAMILY_ENTRIES(YCbCr8b444, VOREL_YCBCR_8B_444, VOREL_COLOUR_PARAMETER, colourStandard)
+VOREL_FAMILY_ENTRIES(YCbCr10bv422, VOREL_YCBCR_10BV_422, VOREL_COLOUR_PARAMETER, colourStandard)
+VOREL_FAMILY_ENTRIES(YCbCr8bv422, VOREL_YCBCR_8BV_422, VOREL_COLOUR_PARAMETER, colourStandard)
+VOREL_FAMILY_ENTRIES(YCbCr8bw422, VOREL_YCBCR_8BW_422, VOREL_COLOUR_PARAMETER, colourStandard)
+#undef VOREL_FAMILY_ENTRIES
+#undef VOREL_COLOUR_PARAMETER
+
+uint32_t VorelMaxFrameBytes(uint32_t tag, uint32_t width, uint32_t height) {
+  return vorel::MaxFrameBytesOfTag(tag, width, height);
+}
+
+uint32_t VorelNormalizeFormatTag(uint32_t word) {
+  return vorel::NormalizeFormatTag(word);
+}
+
+uint32_t VorelScratchBytes(uint32_t width) {
+  return vorel::RowStoreBytes(width);
+}
+
+}  // extern "C"
