@@ -5,6 +5,7 @@
 #include "frame/frame_bounds.h"
 #include "frame/stream_cursor.h"
 #include "tests/core/guarded.h"
+#include "tests/reference/code_lengths.h"
 #include "vorel/vorel.h"
 
 namespace vorel {
@@ -144,6 +145,7 @@ TEST(Twin, WidePictures) {
 // Any bits decode: to the picture, cursors and status of the reference coder. Rows behind a failure keep what
 // they held.
 TEST(Twin, DecodersOnArbitraryBits) {
+  u32 ended[5] = {};
   for (u32 seed = 1; seed <= 600; ++seed) {
     std::mt19937 random(seed);
     const u32 width = 1 + static_cast<u32>(random() % 90);
@@ -156,11 +158,22 @@ TEST(Twin, DecodersOnArbitraryBits) {
     const u64 bound = MaxFrameBytes(YCbCr8bw422, width, height);
     // Codes of up to 16 bits and one row beyond the bound.
     std::vector<u8> stream(std::size_t{folded.word} * 4 + bound + std::size_t{width + 1} * 8 + 64);
-    const u32 density =
-        static_cast<u32>(random() % 4);  // all kinds of bits, then ever more ones: long codes and raw rows
-    for (u8& byte : stream) {
-      byte = static_cast<u8>(random());
-      for (u32 i = 0; i < density; ++i) byte = static_cast<u8>(byte | random());
+    if (random() % 2 == 0) {
+      for (u8& byte : stream) byte = static_cast<u8>(random());
+    } else {
+      // Rows of residuals of any size: long codes, which lead past the frame bound.
+      const reference::Code a =
+          reference::MakeCode(interlaced ? reference::kWideInterlacedA : reference::kWideProgressiveA);
+      const reference::Code b =
+          reference::MakeCode(interlaced ? reference::kWideInterlacedB : reference::kWideProgressiveB);
+      reference::Bits bits(BitPosition(folded));
+      for (u32 i = 0; bits.size() < stream.size() * 8; ++i) {
+        if (i % (width + width % 2) == 0) bits.push_back(false);
+        for (const reference::Code* code : {&a, &b}) {
+          for (const char bit : code->words[random() % 256]) bits.push_back(bit == '1');
+        }
+      }
+      stream = BitsToWords(bits);
     }
     stream.resize(stream.size() & ~std::size_t{3});
     const auto expected = reference::DecodeWide(BytesToBits(stream), BitPosition(folded), interlaced, width,
@@ -186,7 +199,10 @@ TEST(Twin, DecodersOnArbitraryBits) {
     ASSERT_EQ(std::vector<u8>(picture.data(), picture.data() + picture.size()), expectedBytes)
         << seed << ": " << s;
     ASSERT_TRUE(picture.MarksIntact() && scratch.MarksIntact()) << seed;
+    ++ended[expected.status];
   }
+  EXPECT_GT(ended[0], 50u);
+  EXPECT_GT(ended[4], 50u);
 }
 
 }  // namespace

@@ -1,0 +1,187 @@
+#include "entropy/code_set.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "entropy/symbol_groups.h"
+#include "tests/reference/code_lengths.h"
+#include "tests/reference/wide_422.h"
+
+namespace vorel {
+namespace {
+
+struct Set8 {
+  const char* name;
+  const CodeSet<256>* codes;
+};
+const Set8 kSets8[] = {{"8bw p", &kWide8Progressive},           {"8bw i", &kWide8Interlaced},
+                       {"8bv 4:2:2 p", &kVideo8Progressive422}, {"8bv 4:2:2 i", &kVideo8Interlaced422},
+                       {"8b 4:4:4 p", &kProgressive8b444},      {"8b 4:4:4 i", &kInterlaced8b444},
+                       {"RGB 8bf p", &kRgb8Progressive},        {"RGB 8bf i", &kRgb8Interlaced}};
+struct Set10 {
+  const char* name;
+  const CodeSet<1024>* codes;
+};
+const Set10 kSets10[] = {{"10bv 4:2:2 p", &kVideo10Progressive422}, {"10bv 4:2:2 i", &kVideo10Interlaced422},
+                         {"10bv 4:4:4 p", &kVideo10Progressive444}, {"10bv 4:4:4 i", &kVideo10Interlaced444},
+                         {"RGB 10bf p", &kRgb10Progressive},        {"RGB 10bf i", &kRgb10Interlaced}};
+
+// The code word of a symbol as text.
+template <int Symbols>
+std::string Word(const CodeSet<Symbols>& codes, CodeClass codeClass, std::size_t symbol) {
+  const u32 entry = codes.encode[symbol][static_cast<std::size_t>(Index(codeClass))];
+  std::string text;
+  for (u32 i = 0; i < entry >> 24; ++i) text += (entry >> (15 - i) & 1) != 0 ? '1' : '0';
+  return text;
+}
+
+template <int Symbols>
+void CheckSet(const char* name, const CodeSet<Symbols>& codes) {
+  for (const CodeClass codeClass : {CodeClass::a, CodeClass::b}) {
+    SCOPED_TRACE(std::string(name) + (codeClass == CodeClass::a ? " A" : " B"));
+    u32 start = 0;  // code words ascend and leave no gap
+    for (u32 s = 0; s < Symbols; ++s) {
+      const u32 entry = codes.encode[s][static_cast<std::size_t>(Index(codeClass))];
+      const u32 length = entry >> 24;
+      const u32 word = entry & 0xFFFF;
+      ASSERT_GE(length, 1u);
+      ASSERT_LE(length, 16u);
+      ASSERT_EQ(word, start) << s;
+      start += 65536u >> length;
+      // Whatever follows the code word, it decodes to its symbol.
+      for (const u32 tail : {0u, 0xFFFFFFFFu, 0x5A5A5A5Au}) {
+        const DecodedSymbol decoded =
+            DecodeSymbol(codes, codeClass, word << 16 | (tail & (0xFFFFFFFFu >> length)));
+        ASSERT_EQ(decoded.symbol, s);
+        ASSERT_EQ(decoded.length, length);
+      }
+    }
+    EXPECT_EQ(start, 65536u);
+    EXPECT_EQ(DecodeSymbol(codes, codeClass, 0xFFFFFFFFu).symbol, static_cast<u32>(Symbols - 1));
+    EXPECT_EQ(DecodeSymbol(codes, codeClass, 0).symbol, 0u);
+    // Every window of 16 bits decodes to 1 to 16 bits.
+    for (u32 window = 0; window < 65536; ++window) {
+      const DecodedSymbol decoded = DecodeSymbol(codes, codeClass, window << 16);
+      ASSERT_TRUE(decoded.length >= 1 && decoded.length <= 16 && decoded.symbol < Symbols) << window;
+    }
+  }
+  EXPECT_LE(codes.secondLevel.rowCount, 24);
+}
+
+TEST(CodeTables, EverySetIsCompleteAndDecodesItsOwnWords) {
+  for (const Set8& set : kSets8) CheckSet(set.name, *set.codes);
+  for (const Set10& set : kSets10) CheckSet(set.name, *set.codes);
+}
+
+TEST(CodeTables, WorkedWordsOf8bwP) {
+  const CodeSet<256>& codes = kWide8Progressive;
+  const char* const first[] = {"000", "001", "0100", "0101", "01100"};
+  for (std::size_t s = 0; s < 5; ++s) EXPECT_EQ(Word(codes, CodeClass::a, s), first[s]);
+  EXPECT_EQ(Word(codes, CodeClass::a, 253), "1101");
+  EXPECT_EQ(Word(codes, CodeClass::a, 254), "1110");
+  EXPECT_EQ(Word(codes, CodeClass::a, 255), "1111");
+  const char* const firstB[] = {"0", "10", "1100", "110100"};
+  for (std::size_t s = 0; s < 4; ++s) EXPECT_EQ(Word(codes, CodeClass::b, s), firstB[s]);
+  EXPECT_EQ(Word(codes, CodeClass::b, 255), "111");
+}
+
+TEST(CodeTables, ResidualsOfHalfTheAlphabetAreOneSymbolOf16Bits) {
+  EXPECT_EQ(Word(kWide8Progressive, CodeClass::a, 128).size(), 16u);
+}
+
+TEST(CodeTables, SomeCodesStopAt15Bits) {
+  for (std::size_t s = 0; s < 256; ++s) {
+    EXPECT_LE(Word(kWide8Interlaced, CodeClass::a, s).size(), 15u);
+    EXPECT_LE(Word(kRgb8Interlaced, CodeClass::b, s).size(), 15u);
+  }
+}
+
+TEST(CodeTables, WideCodesEqualTheReferenceCoders) {
+  const struct {
+    const CodeSet<256>* codes;
+    CodeClass codeClass;
+    const char* lengths;
+  } rows[] = {{&kWide8Progressive, CodeClass::a, reference::kWideProgressiveA},
+              {&kWide8Progressive, CodeClass::b, reference::kWideProgressiveB},
+              {&kWide8Interlaced, CodeClass::a, reference::kWideInterlacedA},
+              {&kWide8Interlaced, CodeClass::b, reference::kWideInterlacedB}};
+  for (const auto& row : rows) {
+    const reference::Code expected = reference::MakeCode(row.lengths);
+    for (std::size_t s = 0; s < 256; ++s)
+      ASSERT_EQ(Word(*row.codes, row.codeClass, s), expected.words[s]) << s;
+  }
+}
+
+TEST(CodeTables, AShortFirstCodeTakesHalfOfTheFirstLevel) {
+  for (u32 prefix = 0; prefix < 128; ++prefix) {
+    EXPECT_EQ(kWide8Progressive.firstLevel[prefix][1].selector, 1);
+    EXPECT_EQ(kWide8Progressive.firstLevel[prefix][1].baseSymbol, 0);
+  }
+  EXPECT_NE(kWide8Progressive.firstLevel[128][1].selector, 1);
+}
+
+TEST(CodeTables, APrefixOf256LongCodesReachesEveryOffset) {
+  const CodeSet<1024>& codes = kVideo10Progressive444;
+  bool found = false;
+  for (u32 prefix = 0; prefix < 256 && !found; ++prefix) {
+    const FirstLevelHalf& half = codes.firstLevel[prefix][0];
+    if (half.selector < kFirstRow) continue;
+    const auto& row = codes.secondLevel.rows[half.selector - std::size_t{kFirstRow}];
+    found = row[255] == (16 << 8 | 255);
+    for (u32 q = 0; found && q < 256; ++q) EXPECT_EQ(row[q], 16 << 8 | q);
+  }
+  EXPECT_TRUE(found);
+}
+
+// ---- The faster tables, symbol by symbol through the words above
+
+TEST(SymbolGroups, CodesOfTwoSymbolsAreTheirWordsInOrder) {
+  for (const RowCodes8* rows : {&kWide8ProgressiveRows, &kWide8InterlacedRows}) {
+    for (u32 index = 0; index < 65536; ++index) {
+      const std::string both =
+          Word(*rows->codes, CodeClass::a, index & 255) + Word(*rows->codes, CodeClass::b, index >> 8);
+      const u32 entry = (*rows->pairs)[index];
+      if (both.size() > 24) {
+        ASSERT_EQ(entry, kNoPairCode);
+        continue;
+      }
+      ASSERT_EQ(entry & 255, both.size());
+      ASSERT_EQ(entry >> 8, std::stoul(both, nullptr, 2));
+    }
+  }
+}
+
+TEST(SymbolGroups, EntriesHoldAsManyWholeSymbolsAsFit) {
+  for (const RowCodes8* rows : {&kWide8ProgressiveRows, &kWide8InterlacedRows}) {
+    for (u32 first = 0; first < 2; ++first) {
+      for (u32 index = 0; index < kGroupEntries; ++index) {
+        std::string left;
+        for (u32 i = 0; i < kGroupBits; ++i) left += (index >> (kGroupBits - 1 - i) & 1) != 0 ? '1' : '0';
+        const u64 entry = (*rows->groups)[first * kGroupEntries + index];
+        const u32 count = entry >> 8 & 255;
+        ASSERT_LE(count, 4u);
+        u32 next = first;
+        u32 bits = 0;
+        for (u32 i = 0; i < count; ++i, next ^= 1) {
+          const std::string word =
+              Word(*rows->codes, next == 0 ? CodeClass::a : CodeClass::b, entry >> (32 + 8 * i) & 255);
+          ASSERT_EQ(left.substr(0, word.size()), word);
+          left.erase(0, word.size());
+          bits += static_cast<u32>(word.size());
+        }
+        ASSERT_EQ(entry & 255, bits);
+        ASSERT_EQ(entry >> 16 & 0xFFFF, next * kGroupEntries);
+        if (count == 4) continue;
+        // No further symbol fits in what is left.
+        for (u32 s = 0; s < 256; ++s) {
+          const std::string word = Word(*rows->codes, next == 0 ? CodeClass::a : CodeClass::b, s);
+          ASSERT_FALSE(word.size() <= left.size() && left.compare(0, word.size(), word) == 0);
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vorel

@@ -1,0 +1,339 @@
+// The way from a frame, or a picture, to its routine: signatures, tags, cursors, the order of tests.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <set>
+
+#include "frame/catalogue.h"
+#include "frame/frame_header.h"
+#include "frame/stream_cursor.h"
+#include "tests/core/guarded.h"
+#include "vorel/vorel.h"
+
+namespace vorel {
+namespace {
+
+constexpr u32 kYuvu = FourCharacterCode("yuvu");
+
+using LenientDecode = decltype(VorelGenericLenientDecode)*;
+struct Decoder {
+  const char* name;
+  LenientDecode decode;
+  bool readsBothSignatures;
+  bool knowsWideFrames;
+};
+const std::array<Decoder, 8> kDecoders = {{{"generic", VorelGenericLenientDecode, true, true},
+                                           {"RGB 10bf", VorelRGB10bfLenientDecode, false, false},
+                                           {"RGB 8bf", VorelRGB8bfLenientDecode, true, false},
+                                           {"10bv 4:4:4", VorelYCbCr10bv444LenientDecode, false, false},
+                                           {"8b 4:4:4", VorelYCbCr8b444LenientDecode, true, false},
+                                           {"10bv 4:2:2", VorelYCbCr10bv422LenientDecode, false, false},
+                                           {"8bv 4:2:2", VorelYCbCr8bv422LenientDecode, true, false},
+                                           {"8bw 4:2:2", VorelYCbCr8bw422LenientDecode, true, true}}};
+
+// A frame of 4 x 2 pixels in a buffer of words, with room behind.
+class Dispatch : public testing::Test {
+ public:
+  Dispatch() { EncodeInto(0); }
+  void EncodeInto(u32 choice) {
+    frame.assign(64, 0);
+    u32 word = 0;
+    u32 bit = 0;
+    ASSERT_EQ(VorelYCbCr8bw422Encode(kYuvu, choice, 4, 2, 8, picture.data(), 0, &word, &bit, frame.data(), 0),
+              0u);
+    end = {word, bit};
+  }
+  u8* Bytes() { return reinterpret_cast<u8*>(frame.data()); }
+  u32 Decode(LenientDecode decode, u32 pixelFormat = kYuvu) {
+    word = 5;
+    bit = 0;
+    copy.fill(0);
+    return decode(pixelFormat, 4, 2, 8, copy.data(), 0, &word, &bit, frame.data(), 0, scratch.data());
+  }
+  u32 DecodeStrictly(u32 choice = 0) {
+    word = 0;
+    bit = 0;
+    copy.fill(0);
+    return VorelYCbCr8bw422StrictDecode(kYuvu, choice, 4, 2, 8, copy.data(), 0, &word, &bit, frame.data(), 0,
+                                        scratch.data());
+  }
+
+  alignas(4) std::array<u8, 16> picture = {16, 1, 235, 255, 40, 0, 50, 128, 16, 2, 200, 254, 41, 1, 51, 127};
+  alignas(4) std::array<u8, 16> copy = {};
+  std::vector<u32> frame;
+  std::array<u32, 32> scratch = {};
+  StreamCursor end = {};
+  u32 word = 0;
+  u32 bit = 0;
+};
+
+TEST_F(Dispatch, EncodeWritesTheHeaderAndMovesTheCursorByFive) {
+  const u8 expected[20] = {0x56, 0x6F, 0x72, 0x6C, 0x0D, 0x0A, 0x00, 0x0A, 0xFF, 0x54,
+                           0x61, 0x6D, 0x72, 0x69, 0x63, 0x6B, 0x59, 0x62, 0x59, 0x72};
+  EXPECT_EQ(std::vector<u8>(Bytes(), Bytes() + 20), std::vector<u8>(expected, expected + 20));
+  EXPECT_EQ(frame[1], 0x0A000A0Du);
+  // Five for the header, five counted again, and the words of the stream.
+  const reference::Picture rows = {{picture.begin(), picture.begin() + 8},
+                                   {picture.begin() + 8, picture.end()}};
+  const auto expectedFrame = reference::EncodeWide(rows, false, 4, reference::Bits(160), 5, 1000);
+  EXPECT_EQ(end.word, 5 + expectedFrame.bits.size() / 32);
+  EXPECT_EQ(end.bit, expectedFrame.bits.size() % 32);
+}
+
+TEST_F(Dispatch, EncodeChoosesTheScanByTheFlag) {
+  EncodeInto(VOREL_INTERLACED);
+  EXPECT_EQ(LoadBig32(&frame[4]), FourCharacterCode("Ybyr"));
+  EncodeInto(VOREL_KEEP_ALPHA);  // 'yuvu' has none
+  EXPECT_EQ(LoadBig32(&frame[4]), FourCharacterCode("YbYr"));
+}
+
+TEST_F(Dispatch, AFrameIsDecodedByTheGenericAndItsOwnFamilyAlone) {
+  for (const Decoder& decoder : kDecoders) {
+    EXPECT_EQ(Decode(decoder.decode), decoder.knowsWideFrames ? 0u : 7u) << decoder.name;
+    if (!decoder.knowsWideFrames) continue;
+    EXPECT_EQ(copy, picture) << decoder.name;
+    EXPECT_EQ(word, end.word) << decoder.name;
+    EXPECT_EQ(bit, end.bit);
+  }
+}
+
+TEST_F(Dispatch, BothSignaturesAndTheirMixturesAreRead) {
+  for (const char* first : {"Vorl", "Kesp"}) {
+    for (const u8 marker : {u8{0xFF}, u8{0xAD}}) {
+      std::memcpy(Bytes(), first, 4);
+      Bytes()[8] = marker;
+      for (const Decoder& decoder : kDecoders) {
+        EXPECT_EQ(Decode(decoder.decode), decoder.knowsWideFrames ? 0u : 7u)
+            << decoder.name << first << int{marker};
+      }
+    }
+  }
+}
+
+TEST(Signature, TenBitFamiliesKnowTheWrittenOneAlone) {
+  HeaderWords header = {kWrittenSignature[0], kWrittenSignature[1], kWrittenSignature[2],
+                        kWrittenSignature[3], 0};
+  EXPECT_TRUE(IsWrittenSignature(header));
+  EXPECT_TRUE(IsReadableSignature(header));
+  header[0] = 0x7073654B;  // "Kesp"
+  EXPECT_FALSE(IsWrittenSignature(header));
+  EXPECT_TRUE(IsReadableSignature(header));
+  header[2] = 0x6D6154AD;
+  EXPECT_TRUE(IsReadableSignature(header));
+  header[1] ^= 1;
+  EXPECT_FALSE(IsReadableSignature(header));
+  header[1] ^= 1;
+  header[3] ^= 0x80000000u;
+  EXPECT_FALSE(IsReadableSignature(header));
+}
+
+TEST_F(Dispatch, ABadSignatureIsRefusedByteForByte) {
+  for (std::size_t i = 0; i < 16; ++i) {
+    Bytes()[i] ^= 0x20;
+    for (const Decoder& decoder : kDecoders) EXPECT_EQ(Decode(decoder.decode), 7u) << i;
+    Bytes()[i] ^= 0x20;
+  }
+}
+
+TEST_F(Dispatch, TheLenientDecodeTakesEverySpellingAndTheStrictOneItsOwn) {
+  EXPECT_EQ(DecodeStrictly(), 0u);
+  EXPECT_EQ(copy, picture);
+  EXPECT_EQ(word, end.word);
+  EXPECT_EQ(bit, end.bit);
+  std::memcpy(Bytes() + 16, "rYbY", 4);
+  EXPECT_EQ(Decode(VorelGenericLenientDecode), 0u);
+  EXPECT_EQ(copy, picture);
+  EXPECT_EQ(DecodeStrictly(), 7u);
+  std::memcpy(Bytes() + 16, "none", 4);
+  EXPECT_EQ(Decode(VorelGenericLenientDecode), 7u);
+}
+
+TEST_F(Dispatch, TheStrictDecodeMovesTheCursorBeforeItJudges) {
+  Bytes()[0] ^= 1;
+  EXPECT_EQ(DecodeStrictly(), 7u);
+  EXPECT_EQ(word, 5u);
+  Bytes()[0] ^= 1;
+  EXPECT_EQ(DecodeStrictly(VOREL_INTERLACED), 7u);  // another tag than the frame's
+  EXPECT_EQ(word, 5u);
+  word = 3;
+  bit = 0;
+  EXPECT_EQ(VorelYCbCr8bw422StrictDecode(FourCharacterCode("2vuy"), 0, 4, 2, 8, copy.data(), 0, &word, &bit,
+                                         frame.data(), 0, scratch.data()),
+            7u);
+  EXPECT_EQ(word, 3u);  // no tag at all: nothing has moved
+  std::memcpy(Bytes(), "Kesp", 4);
+  Bytes()[8] = 0xAD;
+  EXPECT_EQ(DecodeStrictly(), 7u);
+}
+
+// The tag is looked for at the cursor, the signature in the first words of the frame pointer.
+TEST_F(Dispatch, TheStrictDecodeFindsItsTagAtTheWordCursor) {
+  std::vector<u32> moved(frame.size() + 2, 0);
+  std::copy(frame.begin(), frame.begin() + 4, moved.begin());
+  moved[2 + 4] = frame[4];
+  std::copy(frame.begin() + 5, frame.end(), moved.begin() + 2 + 5);
+  word = 2;
+  bit = 0;
+  EXPECT_EQ(VorelYCbCr8bw422StrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), 0, &word, &bit, moved.data(), 0,
+                                         scratch.data()),
+            0u);
+  EXPECT_EQ(copy, picture);
+}
+
+TEST_F(Dispatch, TheGenericStrictDecodeKnowsNoYCbCr) {
+  word = 0;
+  EXPECT_EQ(
+      VorelGenericStrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), &word, &bit, frame.data(), 0, scratch.data()),
+      7u);
+  EXPECT_EQ(word, 5u);
+}
+
+TEST_F(Dispatch, AWideFrameGoesIntoNoOtherPixelFormat) {
+  for (const Decoder& decoder : kDecoders) {
+    for (const u32 pixelFormat :
+         {FourCharacterCode("2vuy"), FourCharacterCode("yuvs"), u32{32}, FourCharacterCode("L565")}) {
+      EXPECT_EQ(Decode(decoder.decode, pixelFormat), 7u) << decoder.name;
+    }
+  }
+}
+
+TEST_F(Dispatch, EncodersWithoutATagLeaveTheFrameUntouched) {
+  std::vector<u32> untouched(64, 0x5A5A5A5A);
+  word = 0;
+  bit = 0;
+  EXPECT_EQ(VorelGenericEncode(FourCharacterCode("VUYA"), 0, 4, 2, 16, picture.data(), &word, &bit,
+                               untouched.data(), 0),
+            7u);
+  EXPECT_EQ(VorelRGB8bfEncode(kYuvu, 0, 4, 2, 8, picture.data(), 0, &word, &bit, untouched.data(), 0), 7u);
+  EXPECT_EQ(VorelYCbCr8bw422Encode(FourCharacterCode("2vuy"), 0, 4, 2, 8, picture.data(), 0, &word, &bit,
+                                   untouched.data(), 0),
+            7u);
+  EXPECT_EQ(word, 0u);
+  for (const u32 value : untouched) EXPECT_EQ(value, 0x5A5A5A5Au);
+}
+
+// The rule gives 'V416' a tag of 10bv 4:4:4, and the generic encoder has no routine for it: the header stays.
+TEST_F(Dispatch, TheHeaderStaysWrittenWhenNoRoutineIsFound) {
+  std::vector<u32> words(64, 0);
+  word = 0;
+  bit = 0;
+  EXPECT_EQ(
+      VorelGenericEncode(FourCharacterCode("V416"), 0, 1, 1, 8, picture.data(), &word, &bit, words.data(), 0),
+      7u);
+  EXPECT_EQ(word, 5u);
+  EXPECT_EQ(LoadBig32(&words[4]), FourCharacterCode("YBR\n"));
+  EXPECT_EQ(words[5], 0u);
+}
+
+TEST_F(Dispatch, AFrameAtAnyAddressIsReadWithItsWordsAlignedDownward) {
+  for (const std::size_t shift : {1u, 2u, 3u}) {
+    std::vector<u32> moved(frame.size() + 1, 0x6B6B6B6B);
+    u8* at = reinterpret_cast<u8*>(moved.data()) + shift;
+    std::memcpy(at, frame.data(), frame.size() * 4);
+    word = 5;
+    bit = 0;
+    copy.fill(0);
+    EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit,
+                                        reinterpret_cast<const u32*>(at), 0, scratch.data()),
+              0u);
+    EXPECT_EQ(copy, picture);
+    // Position of the end, counted from the aligned word: 8 bits a byte further on.
+    const u32 bits = (end.word - 5) * 32 + end.bit + 8 * static_cast<u32>(shift);
+    EXPECT_EQ(word, 5 + bits / 32);
+    EXPECT_EQ(bit, bits % 32);
+    // A strict decode hands the pointer on as it stands.
+    word = 0;
+    bit = 0;
+    EXPECT_EQ(VorelYCbCr8bw422StrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), 0, &word, &bit,
+                                           reinterpret_cast<const u32*>(at), 0, scratch.data()),
+              18u);
+  }
+}
+
+TEST_F(Dispatch, RealigningMovesTheBitCursorAlsoWhenTheFrameIsRefused) {
+  std::vector<u32> moved(frame.size() + 1, 0);
+  const u8* at = reinterpret_cast<u8*>(moved.data()) + 3;
+  word = 5;
+  bit = 0;
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit,
+                                      reinterpret_cast<const u32*>(at), 0, nullptr),
+            7u);
+  EXPECT_EQ(word, 5u);
+  EXPECT_EQ(bit, 24u);
+  bit = 8;  // 8 + 24 is exactly 32 and stays
+  VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit, reinterpret_cast<const u32*>(at), 0,
+                            nullptr);
+  EXPECT_EQ(bit, 32u);
+  bit = 9;  // 33 goes one word back
+  VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit, reinterpret_cast<const u32*>(at), 0,
+                            nullptr);
+  EXPECT_EQ(bit, 1u);
+}
+
+// Beyond 32 the alignment step moves the frame pointer one word back and so the stream two words: to where the stream then stands.
+TEST_F(Dispatch, RealigningFromALateBitMovesTheStreamTwoWordsBack) {
+  // The frame begins at byte 1; bit cursor 31 becomes 39 and then 7, counted from the word before.
+  std::vector<u8> bytes(512, 0);
+  std::vector<u32> words(128, 0);
+  u8* base = reinterpret_cast<u8*>(words.data()) + 64;
+  std::memcpy(base + 1, frame.data(), 20);
+  // Encode the picture so that its first bit is at word 9, bit 7 counted from base - 4.
+  u32 encodeWord = 9;
+  u32 encodeBit = 7;
+  ASSERT_EQ(VorelYCbCr8bw422pFromyuvuEncode(4, 2, 8, picture.data(), &encodeWord, &encodeBit,
+                                            reinterpret_cast<u32*>(base - 4)),
+            0u);
+  word = 9;
+  bit = 31;
+  copy.fill(0);
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit,
+                                      reinterpret_cast<const u32*>(base + 1), 0, scratch.data()),
+            0u);
+  EXPECT_EQ(copy, picture);
+  EXPECT_EQ(word, encodeWord);
+  EXPECT_EQ(bit, encodeBit);
+}
+
+TEST_F(Dispatch, MissingPointersAreToldAndNotFollowed) {
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, nullptr, &bit, frame.data(), 0,
+                                      scratch.data()),
+            13u);
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, nullptr, frame.data(), 0,
+                                      scratch.data()),
+            15u);
+  EXPECT_EQ(
+      VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit, nullptr, 0, scratch.data()),
+      17u);
+  EXPECT_EQ(VorelGenericEncode(kYuvu, 0, 4, 2, 8, picture.data(), nullptr, &bit, frame.data(), 0), 13u);
+  EXPECT_EQ(VorelYCbCr8bw422StrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), 0, &word, &bit, nullptr, 0,
+                                         scratch.data()),
+            17u);
+}
+
+TEST_F(Dispatch, ProgressiveFramesNeedScratchAndInterlacedOnesDoNot) {
+  word = 5;
+  bit = 0;
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit, frame.data(), 0, nullptr),
+            19u);
+  EncodeInto(VOREL_INTERLACED);
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit, frame.data(), 0, nullptr),
+            0u);
+  EXPECT_EQ(copy, picture);
+}
+
+TEST(Catalogue, NamesFollowFromLayoutScanAndPixelFormatAndStandOnce) {
+  std::set<std::string> names;
+  for (const FrameRoutine& routine : AllRoutines()) {
+    const bool encode = routine.direction == Direction::encode;
+    const std::string expected = std::string("VorelYCbCr8bw422") + (routine.scan == Scan::p ? "p" : "i") +
+                                 (encode ? "FromyuvuEncode" : "ToyuvuDecode");
+    EXPECT_EQ(routine.name, expected);
+    EXPECT_TRUE(names.insert(routine.name).second);
+    EXPECT_EQ(routine.takesScratch, !encode && routine.scan == Scan::p);
+    EXPECT_FALSE(routine.takesColourStandard);
+  }
+  EXPECT_EQ(names.size(), 4u);
+}
+
+}  // namespace
+}  // namespace vorel

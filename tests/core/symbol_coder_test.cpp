@@ -1,0 +1,126 @@
+// The hot loops, for windows of 64 and of 32 bits, against code words put one after another.
+#include "entropy/symbol_coder.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tests/core/guarded.h"
+#include "tests/reference/code_lengths.h"
+
+namespace vorel {
+namespace {
+
+// Symbols such as a row has: short codes mostly, and some of every length.
+std::vector<u8> MakeSymbols(std::size_t count, u32 seed) {
+  std::mt19937 random(seed);
+  std::vector<u8> symbols(count);
+  const u32 spread = 1 + seed % 7;
+  for (u8& symbol : symbols) {
+    const int wide = random() % 19 == 0 ? 1 : 0;
+    const int value =
+        static_cast<int>(random() % (wide != 0 ? 256u : 2 * spread + 1)) - static_cast<int>(spread);
+    symbol = static_cast<u8>(value);
+  }
+  return symbols;
+}
+
+reference::Bits CodeOneByOne(const std::vector<u8>& symbols, u32 leadingZeros) {
+  static const reference::Code a = reference::MakeCode(reference::kWideProgressiveA);
+  static const reference::Code b = reference::MakeCode(reference::kWideProgressiveB);
+  reference::Bits bits(leadingZeros, false);
+  for (std::size_t i = 0; i < symbols.size(); ++i) {
+    for (const char bit : (i % 2 == 0 ? a : b).words[symbols[i]]) bits.push_back(bit == '1');
+  }
+  return bits;
+}
+
+template <typename Window>
+class SymbolCoder : public testing::Test {};
+using Windows = testing::Types<u64, u32>;
+TYPED_TEST_SUITE(SymbolCoder, Windows);
+
+TYPED_TEST(SymbolCoder, EncodesAsCodeByCode) {
+  for (u32 seed = 0; seed < 300; ++seed) {
+    const std::size_t pairs = 1 + seed % 64;
+    const std::vector<u8> symbols = MakeSymbols(2 * pairs, seed);
+    const u32 start = seed % 41;
+    const reference::Bits expected = CodeOneByOne(symbols, start);
+    std::vector<u16> joined;
+    for (std::size_t i = 0; i < pairs; ++i)
+      joined.push_back(static_cast<u16>(symbols[2 * i] | symbols[2 * i + 1] << 8));
+    // A frame with room for the fast form, and one that just holds the words.
+    const std::vector<u8> words = BitsToWords(expected);
+    for (const std::size_t size : {words.size() + 1000, words.size()}) {
+      Guarded frame(size, 0);
+      auto writer = OpenWriter<TypeParam>(frame.data(), Fold({0, start}), size);
+      PutSymbolPairs(writer, kWide8ProgressiveRows, joined.data(), static_cast<u32>(pairs));
+      ASSERT_EQ(CloseWriter(writer), expected.size());
+      ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << seed;
+      ASSERT_TRUE(frame.MarksIntact());
+    }
+  }
+}
+
+TYPED_TEST(SymbolCoder, DecodesFromAFrameOfAnyLengthBehind) {
+  for (u32 seed = 0; seed < 300; ++seed) {
+    const std::size_t count = 2 * (1 + seed % 200);
+    const std::vector<u8> symbols = MakeSymbols(count, seed);
+    const u32 start = seed % 41;
+    const reference::Bits bits = CodeOneByOne(symbols, start);
+    std::vector<u8> bytes = BitsToWords(bits);
+    bytes.resize((bits.size() + 7) / 8 + seed % 23);
+    Fenced frame(bytes);
+    for (const u64 behind : {u64{0}, u64{40}, u64{1000}}) {
+      BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, frame.size());
+      Guarded out(count, 0);
+      GetSymbols<TypeParam>(reader, kWide8ProgressiveRows, out.data(), count, behind);
+      ASSERT_EQ(std::vector<u8>(out.data(), out.data() + count), symbols) << seed;
+      ASSERT_EQ(reader.position, bits.size()) << seed;
+      ASSERT_TRUE(out.MarksIntact());
+    }
+  }
+}
+
+// A frame without a known end: the last run of it is followed by no coded bits, and two words are the most that is looked at.
+TYPED_TEST(SymbolCoder, LooksAtMostTwoWordsBehindTheLastCodedBit) {
+  for (u32 seed = 0; seed < 300; ++seed) {
+    const std::size_t count = 2 * (1 + seed % 150);
+    const std::vector<u8> symbols = seed % 3 == 0 ? std::vector<u8>(count, 0) : MakeSymbols(count, seed);
+    const u32 start = seed % 41;
+    const reference::Bits bits = CodeOneByOne(symbols, start);
+    std::vector<u8> bytes((bits.size() + 31) / 32 * 4 + 8);
+    const std::vector<u8> words = BitsToWords(bits);
+    std::copy(words.begin(), words.end(), bytes.begin());
+    Fenced frame(bytes);
+    BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, std::numeric_limits<std::size_t>::max());
+    std::vector<u8> out(count);
+    GetSymbols<TypeParam>(reader, kWide8ProgressiveRows, out.data(), count, 0);
+    ASSERT_EQ(out, symbols) << seed;
+    ASSERT_EQ(reader.position, bits.size());
+  }
+}
+
+TYPED_TEST(SymbolCoder, BitsBehindTheEndAreZeros) {
+  // Symbol 0 of class A has three bits, of class B one.
+  Fenced frame({0x00});
+  BitReader reader = OpenReader(frame.data(), {0, 0}, 0, frame.size());
+  std::vector<u8> out(200, 7);
+  GetSymbols<TypeParam>(reader, kWide8ProgressiveRows, out.data(), out.size(), 0);
+  EXPECT_EQ(out, std::vector<u8>(200, 0));
+  EXPECT_EQ(reader.position, 400u);
+}
+
+TEST(RawBytes, StandInTheStreamAtAnyBit) {
+  const std::vector<u8> bytes = {0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0, 0x11};
+  Fenced frame(bytes);
+  BitReader reader = OpenReader(frame.data(), {0, 4}, 0, frame.size());
+  Guarded out(8, 0);
+  GetRawBytes(reader, out.data(), 8);
+  EXPECT_EQ(std::vector<u8>(out.data(), out.data() + 8),
+            (std::vector<u8>{0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF, 0x01}));
+  EXPECT_TRUE(out.MarksIntact());
+}
+
+}  // namespace
+}  // namespace vorel
