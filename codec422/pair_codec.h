@@ -40,58 +40,56 @@ inline void StoreCursors(const FrameCall& call, u64 bitPosition) {
 
 using Writer = BitWriter<NativeWindow>;
 
-// Codes a row by the left-only rule. Returns the first pair's samples, from which a later interlaced row
-// starts.
-template <const PixelLayout& Pixel>
-[[gnu::noinline]] std::array<i16, 3> PutLeftOnlyRow(Writer& writer, const RowCodes8& codes, const u8* source,
-                                                    u32 pairs, std::array<i16, 3> start) {
-  PairStrip strip;
-  std::array<u16, kStripPixels> symbols;
-  SetLeftNeighbours(strip, start[0], start[1], start[2]);
-  std::array<i16, 3> firstPair{};
-  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
-    const u32 count = std::min(kStripPairs, pairs - pair);
-    FillStrip<Pixel>(source + std::size_t{pair} * kPairBytes<Pixel>, count, strip);
-    if (pair == 0) firstPair = {Luma(strip)[0], Chroma(strip)[0], Chroma(strip)[1]};
-    PredictLeftOnly(Luma(strip), Chroma(strip), symbols.data());
-    PutSymbolPairs(writer, codes, symbols.data(), count * 2);
-    CarryNeighbours(strip);
-  }
-  return firstPair;
+// A pair in stream order as one number, with one Y' for both pixels: what stands left of a row.
+constexpr u32 PairWord(PairStart start) {
+  return start.luma * 0x00010001u | u32{start.cb} << 8 | u32{start.cr} << 24;
 }
 
-// Codes a later row of a progressive frame; the row above is read from the source too.
+// The same from the first pair of a row: its Y'0, Cb and Cr.
 template <const PixelLayout& Pixel>
-[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes8& codes, const u8* source,
-                                       const u8* sourceAbove, u32 pairs) {
+u32 FirstPairWord(const u8* row) {
   PairStrip strip;
-  PairStrip above;
+  const u8* cells = FillStrip<Pixel>(row, 0, 1, 0, strip);
+  return PairWord({cells[0], cells[1], cells[3]});
+}
+
+// Codes a row by the left-only rule. `leftOfRow` stands for the pair before the first one: Y', Cb, Y', Cr.
+template <const PixelLayout& Pixel>
+[[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const RowCodes8& codes, const u8* row, u32 pairs,
+                                      u32 leftOfRow) {
+  PairStrip strip;
   std::array<u16, kStripPixels> symbols;
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
-    FillStrip<Pixel>(source + std::size_t{pair} * kPairBytes<Pixel>, count, strip);
-    FillStrip<Pixel>(sourceAbove + std::size_t{pair} * kPairBytes<Pixel>, count, above);
-    if (pair == 0) {
-      // Nothing is left of the first pair: L and TL are both T.
-      SetLeftNeighbours(strip, Luma(above)[0], Chroma(above)[0], Chroma(above)[1]);
-      SetLeftNeighbours(above, Luma(above)[0], Chroma(above)[0], Chroma(above)[1]);
-    }
-    PredictFromAbove(Luma(strip), Chroma(strip), Luma(above), Chroma(above), symbols.data());
+    PredictLeftOnly(FillStrip<Pixel>(row, pair, count, leftOfRow, strip), symbols.data());
     PutSymbolPairs(writer, codes, symbols.data(), count * 2);
-    CarryNeighbours(strip);
-    CarryNeighbours(above);
+  }
+}
+
+// Codes a later row of a progressive frame; the row above is read from the source too. Nothing is left of the
+// first pair: L and TL are both T there.
+template <const FrameLayout& Layout, const PixelLayout& Pixel>
+[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes8& codes, const u8* row,
+                                       const u8* rowAbove, u32 pairs) {
+  PairStrip strip;
+  PairStrip stripAbove;
+  std::array<u16, kStripPixels> symbols;
+  const u32 top = FirstPairWord<Pixel>(rowAbove);
+  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
+    const u32 count = std::min(kStripPairs, pairs - pair);
+    const u8* cells = FillStrip<Pixel>(row, pair, count, top, strip);
+    const u8* above = FillStrip<Pixel>(rowAbove, pair, count, top, stripAbove);
+    PredictFromAbove<Layout.chromaSign>(cells, above, symbols.data());
+    PutSymbolPairs(writer, codes, symbols.data(), count * 2);
   }
 }
 
 template <const PixelLayout& Pixel>
-[[gnu::noinline]] void PutRawRow(Writer& writer, const u8* source, u32 pairs) {
+[[gnu::noinline]] void PutRawRow(Writer& writer, const u8* row, u32 pairs) {
   PairStrip strip;
-  std::array<u16, kStripPixels> samples;
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
-    FillStrip<Pixel>(source + std::size_t{pair} * kPairBytes<Pixel>, count, strip);
-    PackSamples(Luma(strip), Chroma(strip), samples.data());
-    for (u32 i = 0; i < count; ++i) PutWord(writer, LoadBig32(&samples[std::size_t{2} * i]));
+    PutRawBytes(writer, FillStrip<Pixel>(row, pair, count, 0, strip), count * kPairCellBytes);
   }
 }
 
@@ -103,20 +101,20 @@ Status EncodeFrame(const FrameCall& call, const char* routineName) {
   const u64 limit = FrameLimit<Layout>(call, cursor);
   const u32 pairs = UnitsPerRow(Layout, call.width);
   const RowCodes8& codes = RowCodesOf(Layout.codes[Index(FrameScan)]);
-  constexpr std::array<i16, 3> kStart = {Layout.start.luma, Layout.start.chroma, Layout.start.chroma};
   Writer writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
   RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
-  std::array<i16, 3> start = kStart;
+  u32 leftOfRow = PairWord(kFirstRowStart<Layout>);
   Status status = Status::complete;
   for (u32 row = 0; row < call.height; ++row) {
     const u8* source = CurrentRow(walk);
     const Writer rowStart = writer;
     PutBits(writer, NativeWindow{0}, 1);
     if (FrameScan == Scan::p && row != 0) {
-      PutRowFromAbove<Pixel>(writer, codes, source, source - call.rowBytes, pairs);
+      PutRowFromAbove<Layout, Pixel>(writer, codes, source, source - call.rowBytes, pairs);
     } else {
-      const std::array<i16, 3> firstPair = PutLeftOnlyRow<Pixel>(writer, codes, source, pairs, start);
-      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) start = firstPair;
+      PutLeftOnlyRow<Pixel>(writer, codes, source, pairs, leftOfRow);
+      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove)
+        leftOfRow = FirstPairWord<Pixel>(source);
     }
     const u64 words = (WrittenBits(writer) >> 5) - (WrittenBits(rowStart) >> 5);
     if (!PredictedRowStays(Layout, words, call.width)) {

@@ -28,13 +28,17 @@ inline bool IsReadable(const BitReader& reader, u64 offset, std::size_t bytes) {
 }
 
 // Eight bytes as a big-endian number; what must not be loaded reads as zero.
-inline u64 LoadWindow(const BitReader& reader, u64 offset) {
-  if (IsReadable(reader, offset, 8)) return LoadBig64(reader.frame + offset);
+[[gnu::noinline, gnu::cold]] inline u64 LoadWindowAtEnd(const BitReader& reader, u64 offset) {
   u64 window = 0;
   for (u64 i = 0; i < 8; ++i) {
     window = window << 8 | (IsReadable(reader, offset + i, 1) ? reader.frame[offset + i] : 0u);
   }
   return window;
+}
+inline u64 LoadWindow(const BitReader& reader, u64 offset) {
+  if (IsReadable(reader, offset, 8)) [[likely]]
+    return LoadBig64(reader.frame + offset);
+  return LoadWindowAtEnd(reader, offset);
 }
 
 // The next 32 bits, the first at the top, without taking them.

@@ -37,24 +37,44 @@ void PutSymbolPairs(BitWriter<Window>& writer, const RowCodes8& codes, const u16
       PutBitsFast(local, static_cast<Window>(entry >> 8), entry & 255);
     }
   };
-  u32 i = 0;
+  const u16* const end = symbols + count;
   if constexpr (kWindowBits<Window> == 64) {
-    for (; i + 4 <= count; i += 4) {
-      const u32 e0 = pairs[symbols[i]];
-      const u32 e1 = pairs[symbols[i + 1]];
-      const u32 e2 = pairs[symbols[i + 2]];
-      const u32 e3 = pairs[symbols[i + 3]];
+    for (; end - symbols >= 4; symbols += 4) {
+      const u32 e0 = pairs[symbols[0]];
+      const u32 e1 = pairs[symbols[1]];
+      const u32 e2 = pairs[symbols[2]];
+      const u32 e3 = pairs[symbols[3]];
       const u32 bits = (e0 + e1 + e2 + e3) & 255;
       if (bits <= kMostBitsPerPut<Window>) [[likely]] {
         const u64 high = u64{e0 >> 8} << (e1 & 63) | e1 >> 8;
         const u64 low = u64{e2 >> 8} << (e3 & 63) | e3 >> 8;
         PutBitsFast(local, high << ((e2 + e3) & 63) | low, bits);
       } else {
-        for (u32 k = 0; k < 4; ++k) putOne(symbols[i + k]);
+        for (u32 k = 0; k < 4; ++k) putOne(symbols[k]);
       }
     }
   }
-  for (; i < count; ++i) putOne(symbols[i]);
+  for (; symbols != end; ++symbols) putOne(*symbols);
+  writer = local;
+}
+
+// Writes `count` bytes, a multiple of 4, as they stand.
+template <typename Window>
+void PutRawBytes(BitWriter<Window>& writer, const u8* bytes, std::size_t count) {
+  if (!HasRoom(writer, count)) {
+    for (std::size_t i = 0; i < count; i += 4) PutWord(writer, LoadBig32(bytes + i));
+    return;
+  }
+  BitWriter<Window> local = writer;
+  for (std::size_t i = 0; i < count; i += 4) {
+    const u32 word = LoadBig32(bytes + i);
+    if constexpr (kMostBitsPerPut<Window> >= 32) {
+      PutBitsFast(local, Window{word}, 32);
+    } else {
+      PutBitsFast(local, Window{word >> 16}, 16);
+      PutBitsFast(local, Window{word & 0xFFFF}, 16);
+    }
+  }
   writer = local;
 }
 
@@ -64,10 +84,13 @@ void PutSymbolPairs(BitWriter<Window>& writer, const RowCodes8& codes, const u16
 //              without loading more than two words behind the last of them
 template <typename Window>
 void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t count, u64 bitsBehind) {
-  static_assert(kGroupEntries * sizeof(u64) <= 0xFFFF);
-  const u64* const groups = codes.groups->data();
+  static_assert(kGroupTableBytes <= 0xFFFF);
+  // An offset from an entry, rather than an index, keeps one addition out of the chain from look-up to look-up.
+  const auto tableAt = [&](u32 offset) {
+    return reinterpret_cast<const u64*>(reinterpret_cast<const u8*>(codes.groups->data()) + offset);
+  };
   const u8* const end = out + count;
-  u32 table = 0;  // offset of the entries for the class that comes next
+  u32 table = 0;  // offset in bytes of the entries for the class that comes next
   if constexpr (kWindowBits<Window> == 64) {
     // A turn takes at most 16 symbols, and its load ends at most 123 bits behind the position: with 59 coded
     // bits ahead that is within two words of the last one.
@@ -88,7 +111,7 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
         u64 entry = 0;
         u32 used = 0;
         for (int step = 0; step < 4; ++step) {
-          entry = groups[table + (window >> (64 - kGroupBits))];
+          entry = tableAt(table)[window >> (64 - kGroupBits)];
           StoreLittle32(out, static_cast<u32>(entry >> 32));
           out += entry >> 8 & 255;
           window <<= entry & 63;
@@ -107,7 +130,7 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
           *out++ = static_cast<u8>(decoded.symbol);
           window <<= decoded.length;
           valid -= decoded.length;
-          table ^= kGroupEntries;
+          table ^= kGroupTableBytes;
         }
       }
       reader.position = offset * 8 - valid;
@@ -119,7 +142,7 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
       u64 entry = 0;
       u32 used = 0;
       for (int step = 0; step < 2; ++step) {
-        entry = groups[table + (window >> (32 - kGroupBits))];
+        entry = tableAt(table)[window >> (32 - kGroupBits)];
         StoreLittle32(out, static_cast<u32>(entry >> 32));
         out += entry >> 8 & 255;
         window <<= entry & 31;
@@ -132,13 +155,13 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
         const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, PeekWord(reader));
         *out++ = static_cast<u8>(decoded.symbol);
         reader.position += decoded.length;
-        table ^= kGroupEntries;
+        table ^= kGroupTableBytes;
       }
     }
   }
   while (out < end) {
     const u32 window = PeekWord(reader);
-    const u64 entry = groups[table + (window >> (32 - kGroupBits))];
+    const u64 entry = tableAt(table)[window >> (32 - kGroupBits)];
     if ((entry & 255) != 0 && end - out >= static_cast<std::ptrdiff_t>(kMostGroupSymbols)) {
       StoreLittle32(out, static_cast<u32>(entry >> 32));
       out += entry >> 8 & 255;
@@ -149,7 +172,7 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
       const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, window);
       *out++ = static_cast<u8>(decoded.symbol);
       reader.position += decoded.length;
-      table ^= kGroupEntries;
+      table ^= kGroupTableBytes;
     }
   }
 }

@@ -35,12 +35,13 @@ constexpr PairCodeTable MakePairCodes(const CodeSet<Symbols>& codes) {
 }
 
 // Up to four symbols by the next 11 bits of the stream, for each class that may come first:
-//   63..32 symbols, the first in the lowest byte | 31..16 offset of the table for the class that comes next
+//   63..32 symbols, the first in the lowest byte | 31..16 offset in bytes of the table for the next class
 //   15..8 how many symbols | 7..0 how many bits they take
 // A first symbol of more than 11 bits gives an entry without symbols and bits that leads to its own table: a
 // step over it changes nothing, so it is enough to look for one after several steps.
 inline constexpr u32 kGroupBits = 11;
 inline constexpr u32 kGroupEntries = 1u << kGroupBits;
+inline constexpr u32 kGroupTableBytes = kGroupEntries * sizeof(u64);
 inline constexpr u32 kMostGroupSymbols = 4;
 using SymbolGroupTable = std::array<u64, 2 * kGroupEntries>;
 
@@ -64,7 +65,7 @@ constexpr SymbolGroupTable MakeSymbolGroups(const CodeSet<Symbols>& codes) {
         ++count;
       }
       table[first * kGroupEntries + index] =
-          symbols << 32 | u64{next * kGroupEntries} << 16 | u64{count} << 8 | bits;
+          symbols << 32 | u64{next * kGroupTableBytes} << 16 | u64{count} << 8 | bits;
     }
   }
   return table;

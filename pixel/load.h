@@ -1,6 +1,6 @@
 // From bytes of a picture to a strip: one function for each kind of pixel format.
 #pragma once
-#include <algorithm>
+#include <cstring>
 
 #include "pixel/pair_strip.h"
 #include "pixel/pixel_layout.h"
@@ -11,26 +11,20 @@ namespace vorel {
 template <const PixelLayout& Pixel>
 inline constexpr u32 kPairBytes = 4;
 
-// Fills a strip from a whole strip of 'yuvu' pixels.
-inline void FillWholeStripYuvu(const u8* __restrict source, i16* __restrict luma, i16* __restrict chroma) {
-  for (u32 i = 0; i < kStripPixels; ++i) {
-    const u16 pixel = LoadNative<u16>(source + std::size_t{2} * i);
-    luma[i] = static_cast<i16>(pixel & 255);
-    chroma[i] = static_cast<i16>(static_cast<i16>(pixel) >> 8);
-  }
-}
-
-// Fills a strip from `pairs` pairs at `source`; bytes behind them are not read, and the rest of the strip
-// takes any value.
+// The cells of `pairs` pairs from pair `first` of a row on, with the pair before them to their left; a whole
+// strip may be read, of which those behind `pairs` have any value. The left neighbour of the first pair is
+// `leftOfRow`, a pair in stream order. Bytes of the row behind its last pair are not read.
+//
+// 'yuvu' has its bytes in the order of the cells, so within a row they are read where they stand.
 template <const PixelLayout& Pixel>
-void FillStrip(const u8* source, u32 pairs, PairStrip& strip) {
-  if (pairs == kStripPairs) {
-    FillWholeStripYuvu(source, Luma(strip), Chroma(strip));
-    return;
-  }
-  u8 padded[kStripPairs * kPairBytes<Pixel>] = {};
-  std::copy_n(source, std::size_t{pairs} * kPairBytes<Pixel>, padded);
-  FillWholeStripYuvu(padded, Luma(strip), Chroma(strip));
+inline const u8* FillStrip(const u8* row, u32 first, u32 pairs, u32 leftOfRow, PairStrip& strip) {
+  static_assert(Pixel.code == Px_yuvu.code);
+  const u8* source = row + std::size_t{first} * kPairCellBytes;
+  if (first != 0 && pairs == kStripPairs) return source;
+  u8* cells = reinterpret_cast<u8*>(strip.cells + kStripMargin);
+  StoreNative(cells - kPairCellBytes, first == 0 ? leftOfRow : LoadNative<u32>(source - kPairCellBytes));
+  std::memcpy(cells, source, pairs * kPairCellBytes);
+  return cells;
 }
 
 }  // namespace vorel

@@ -171,7 +171,7 @@ TEST(SymbolGroups, EntriesHoldAsManyWholeSymbolsAsFit) {
           bits += static_cast<u32>(word.size());
         }
         ASSERT_EQ(entry & 255, bits);
-        ASSERT_EQ(entry >> 16 & 0xFFFF, next * kGroupEntries);
+        ASSERT_EQ(entry >> 16 & 0xFFFF, next * kGroupEntries * 8);
         if (count == 4) continue;
         // No further symbol fits in what is left.
         for (u32 s = 0; s < 256; ++s) {

@@ -111,6 +111,25 @@ TYPED_TEST(SymbolCoder, BitsBehindTheEndAreZeros) {
   EXPECT_EQ(reader.position, 400u);
 }
 
+TYPED_TEST(SymbolCoder, RawBytesAreWrittenAsTheyStandWithAndWithoutRoom) {
+  std::vector<u8> bytes(64);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<u8>(7 * i + 1);
+  for (u32 start = 0; start < 40; ++start) {
+    reference::Bits expected(start, false);
+    const reference::Bits body = BytesToBits(bytes);
+    expected.insert(expected.end(), body.begin(), body.end());
+    const std::vector<u8> words = BitsToWords(expected);
+    for (const std::size_t size : {words.size() + 100, words.size()}) {
+      Guarded frame(size, 0);
+      auto writer = OpenWriter<TypeParam>(frame.data(), Fold({0, start}), size);
+      PutRawBytes(writer, bytes.data(), bytes.size());
+      ASSERT_EQ(CloseWriter(writer), expected.size());
+      ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << start;
+      ASSERT_TRUE(frame.MarksIntact());
+    }
+  }
+}
+
 TEST(RawBytes, StandInTheStreamAtAnyBit) {
   const std::vector<u8> bytes = {0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0, 0x11};
   Fenced frame(bytes);
