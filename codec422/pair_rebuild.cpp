@@ -148,11 +148,12 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     square.line[r] = LoadNative<Lanes>(rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4);
   }
   Transpose(square);
-  for (int step = 0; step < 4; ++step) {
-    const Lanes even = square.line[static_cast<std::size_t>(2 * step)];     // Y'0 and Cb of every row
-    const Lanes odd = square.line[static_cast<std::size_t>(2 * step + 1)];  // Y'1 and Cr
-    const u8* pairAbove = above + (group * 4 + step) * 4;
-    const Lanes first = Prologue ? rowNumber == static_cast<i16>(group * 4 + step) : Lanes{};
+  for (std::size_t step = 0; step < 4; ++step) {
+    const Lanes even = square.line[2 * step];                                   // Y'0 and Cb of every row
+    const Lanes odd = square.line[2 * step + 1];                                // Y'1 and Cr
+    const std::ptrdiff_t pair = group * 4 + static_cast<std::ptrdiff_t>(step);  // of the first row
+    const u8* pairAbove = above + pair * 4;
+    const Lanes first = Prologue ? rowNumber == static_cast<i16>(pair) : Lanes{};
     const Lanes top0 = FromRowAbove(band.luma0, pairAbove[0]);
     const Lanes top1 = FromRowAbove(band.luma1, pairAbove[2]);
     Lanes left0 = band.luma1;
@@ -170,8 +171,8 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     band.luma0 = luma0;
     band.luma1 = luma1;
     band.luma1Above = top1;
-    square.line[static_cast<std::size_t>(2 * step)] = luma0 | cb << 8;
-    square.line[static_cast<std::size_t>(2 * step + 1)] = luma1 | cr << 8;
+    square.line[2 * step] = luma0 | cb << 8;
+    square.line[2 * step + 1] = luma1 | cr << 8;
   }
   Transpose(square);
   for (std::size_t r = 0; r < kBandRows; ++r) {

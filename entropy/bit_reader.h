@@ -41,6 +41,11 @@ inline u64 LoadWindow(const BitReader& reader, u64 offset) {
   return LoadWindowAtEnd(reader, offset);
 }
 
+// Whether nothing but zeros follows, because the position is behind the last readable byte.
+inline bool IsBehindEnd(const BitReader& reader) {
+  return (reader.position >> 3) >= reader.readableTo;
+}
+
 // The next 32 bits, the first at the top, without taking them.
 inline u32 PeekWord(const BitReader& reader) {
   return static_cast<u32>(LoadWindow(reader, reader.position >> 3) << (reader.position & 7) >> 32);

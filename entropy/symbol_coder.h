@@ -78,6 +78,18 @@ void PutRawBytes(BitWriter<Window>& writer, const u8* bytes, std::size_t count) 
   writer = local;
 }
 
+// What the bits behind the end of a frame that is cut short come to: symbol 0 of either class, the first of
+// `classBFirst`.
+template <int Symbols>
+[[gnu::noinline, gnu::cold]] void TakeZeroSymbols(BitReader& reader, const CodeSet<Symbols>& codes, u8* out,
+                                                  std::size_t count, bool classBFirst) {
+  std::memset(out, 0, count);
+  const std::size_t ofFirst = (count + 1) / 2;
+  const std::size_t ofClassA = classBFirst ? count - ofFirst : ofFirst;
+  reader.position += u64{ofClassA} * DecodeSymbol(codes, CodeClass::a, 0).length;
+  reader.position += u64{count - ofClassA} * DecodeSymbol(codes, CodeClass::b, 0).length;
+}
+
 // Decodes `count` symbols, an even number, into `out`.
 //
 // bitsBehind   how many coded bits of the frame certainly follow this run: they allow for more look-ahead
@@ -85,7 +97,8 @@ void PutRawBytes(BitWriter<Window>& writer, const u8* bytes, std::size_t count) 
 template <typename Window>
 void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t count, u64 bitsBehind) {
   static_assert(kGroupTableBytes <= 0xFFFF);
-  // An offset from an entry, rather than an index, keeps one addition out of the chain from look-up to look-up.
+  // An offset from an entry, rather than an index, keeps one addition out of the chain from look-up to
+  // look-up.
   const auto tableAt = [&](u32 offset) {
     return reinterpret_cast<const u64*>(reinterpret_cast<const u8*>(codes.groups->data()) + offset);
   };
@@ -160,6 +173,10 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
     }
   }
   while (out < end) {
+    if (IsBehindEnd(reader)) {
+      TakeZeroSymbols(reader, *codes.codes, out, static_cast<std::size_t>(end - out), table != 0);
+      return;
+    }
     const u32 window = PeekWord(reader);
     const u64 entry = tableAt(table)[window >> (32 - kGroupBits)];
     if ((entry & 255) != 0 && end - out >= static_cast<std::ptrdiff_t>(kMostGroupSymbols)) {
@@ -179,6 +196,11 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
 
 // Reads `count` bytes, a multiple of 4, as they stand in the stream at any bit.
 inline void GetRawBytes(BitReader& reader, u8* out, std::size_t count) {
+  if (IsBehindEnd(reader)) {
+    std::memset(out, 0, count);
+    reader.position += u64{count} * 8;
+    return;
+  }
   for (std::size_t i = 0; i < count; i += 4) StoreBig32(out + i, GetWord(reader));
 }
 
