@@ -1,0 +1,87 @@
+// Pictures of a YUV4MPEG2 stream. What a FRAME line carries behind the word is not needed for 4:2:2 and is
+// passed over.
+#include "picture_io/y4m.h"
+
+#include <memory>
+
+#include "base/problem.h"
+#include "picture_io/planar_yuvu.h"
+#include "picture_io/y4m_header.h"
+
+namespace vorel::picture_io {
+
+namespace {
+
+constexpr std::size_t kLongestLine = 4096;
+constexpr std::string_view kFrame = "FRAME";
+
+struct Y4mReading {
+  ByteInput input;
+  std::size_t pictureBytes;
+  u64 frame;  // index of the next one
+};
+
+bool FetchFrame(Y4mReading& reading, StoredPicture& stored) {
+  const std::string place = FramePlace(reading.input.name, reading.frame, reading.input.position);
+  const std::optional<Line> line = ReadLine(reading.input, kLongestLine);
+  if (!line) return false;
+  const std::string& text = line->text;
+  const bool isCutWord = !line->complete && kFrame.starts_with(text);
+  const bool isFrame = (text == kFrame || text.starts_with("FRAME ")) && text.size() < kLongestLine;
+  if (!isFrame && !isCutWord) {
+    throw Problem{"no FRAME line where one must stand", place,
+                  "the stream is damaged here, or the picture size in its header is wrong"};
+  }
+  ReadBytes(reading.input, line->complete ? reading.pictureBytes : 0, stored);
+  if (stored.size() < reading.pictureBytes) {
+    throw CutShort(place, reading.pictureBytes, stored.size(), "fetch or make the stream again");
+  }
+  ++reading.frame;
+  return true;
+}
+
+}  // namespace
+
+PictureSource OpenY4mSource(ByteInput input) {
+  const std::optional<Line> line = ReadLine(input, kLongestLine);
+  if (!line) throw Problem{"nothing to read: the input is empty", input.name, ""};
+  const Y4mHeader header = ReadY4mHeader(line->text, input.name);
+  if (!line->complete) {
+    throw Problem{"the stream ends within its header", input.name, "fetch or make the stream again"};
+  }
+  PictureSource source;
+  source.name = input.name;
+  source.format = header.format;
+  source.unkept = header.comments;
+  const std::size_t pictureBytes = PlanarBytes(header.format.width, header.format.height);
+  if (input.size > input.position) {
+    source.expectedFrames = (input.size - input.position) / (kFrame.size() + 1 + pictureBytes);
+  }
+  const auto reading = std::make_shared<Y4mReading>(Y4mReading{std::move(input), pictureBytes, 0});
+  source.fetch = [reading](StoredPicture& stored) { return FetchFrame(*reading, stored); };
+  source.unpack = [format = header.format](StoredPicture& stored, Picture& picture) {
+    ShapePicture(format, picture);
+    YuvuFromPlanes(stored.data(), format.width, format.height, picture.bytes.data());
+  };
+  return source;
+}
+
+PictureSink OpenY4mSink(const ClipFormat& format, WriteBytes write) {
+  const std::string header = Y4mHeaderLine(format);
+  write(reinterpret_cast<const u8*>(header.data()), header.size());
+  PictureSink sink;
+  // The FRAME line travels with the planes, so that a picture is one write.
+  sink.pack = [](Picture& picture, StoredPicture& stored) {
+    constexpr std::size_t kLineBytes = kFrame.size() + 1;
+    stored.resize(kLineBytes + PlanarBytes(picture.width, picture.height));
+    kFrame.copy(reinterpret_cast<char*>(stored.data()), kFrame.size());
+    stored[kFrame.size()] = '\n';
+    PlanesFromYuvu(picture.bytes.data(), picture.width, picture.height, stored.data() + kLineBytes);
+  };
+  sink.store = [write = std::move(write)](const StoredPicture& stored) {
+    write(stored.data(), stored.size());
+  };
+  return sink;
+}
+
+}  // namespace vorel::picture_io

@@ -1,0 +1,152 @@
+// Tags are read strictly: a tag given twice or with a value that isn't one is refused, since guessing would
+// show only in the pictures.
+#include "picture_io/y4m_header.h"
+
+#include <string_view>
+
+#include "base/problem.h"
+
+namespace vorel::picture_io {
+
+namespace {
+
+constexpr std::string_view kMagic = "YUV4MPEG2";
+constexpr std::string_view kTags = "WHFIAC";
+
+struct ScanLetter {
+  char letter;
+  ScanOrder scan;
+};
+
+constexpr ScanLetter kScanLetters[] = {{'p', ScanOrder::progressive},
+                                       {'t', ScanOrder::topFirst},
+                                       {'b', ScanOrder::bottomFirst},
+                                       {'?', ScanOrder::unknown}};
+
+// Where the tags of a header go, and what every message about them begins with.
+struct HeaderReading {
+  Y4mHeader header;
+  std::string seen;    // letters of kTags met so far
+  std::string chroma;  // value of C
+  std::string where;
+};
+
+// Header bytes as they may be shown in a message, whatever kind of file they come from.
+std::string Shown(std::string_view text) {
+  constexpr std::size_t kMost = 40;
+  std::string shown;
+  for (const char character : text.substr(0, kMost)) {
+    shown += character >= ' ' && character <= '~' ? character : '.';
+  }
+  return text.size() > kMost ? shown + "..." : shown;
+}
+
+[[noreturn]] void Refuse(const HeaderReading& reading, std::string_view tag, const std::string& advice) {
+  throw Problem{"the header's tag " + Shown(tag) + " is not valid", reading.where, advice};
+}
+
+void ReadSide(const HeaderReading& reading, std::string_view tag, u32& side) {
+  if (!ReadNumber(tag.substr(1), kLargestSide, side) || side == 0) {
+    Refuse(reading, tag, "width and height are whole numbers from 1 to " + std::to_string(kLargestSide));
+  }
+}
+
+void ReadTerms(const HeaderReading& reading, std::string_view tag, Ratio& ratio) {
+  const bool isRatio = ReadRatio(tag.substr(1), ':', ratio);
+  if (!isRatio || (ratio.numerator == 0) != (ratio.denominator == 0)) {
+    Refuse(reading, tag, "a ratio is two whole numbers with a colon, or 0:0 for unknown");
+  }
+}
+
+void ReadScan(const HeaderReading& reading, std::string_view tag, ScanOrder& scan) {
+  if (tag == "Im") {
+    throw Problem{"mixed interlacing (tag Im) is not handled", reading.where,
+                  "make the clip progressive, or interlaced throughout"};
+  }
+  for (const ScanLetter& row : kScanLetters) {
+    if (tag.size() == 2 && tag[1] == row.letter) {
+      scan = row.scan;
+      return;
+    }
+  }
+  Refuse(reading, tag, "interlacing is one of Ip, It, Ib and I?");
+}
+
+void ReadTag(HeaderReading& reading, std::string_view tag) {
+  ClipFormat& format = reading.header.format;
+  if (tag == "XYSCSS=422") return;  // an older way of writing C422, often beside it
+  if (kTags.find(tag[0]) == std::string_view::npos) {
+    if (!reading.header.comments.empty()) reading.header.comments += ' ';
+    reading.header.comments += Shown(tag);
+    return;
+  }
+  if (reading.seen.find(tag[0]) != std::string::npos) {
+    throw Problem{std::string("the header gives tag ") + tag[0] + " twice", reading.where,
+                  "keep one of them"};
+  }
+  reading.seen += tag[0];
+  switch (tag[0]) {
+    case 'W':
+      return ReadSide(reading, tag, format.width);
+    case 'H':
+      return ReadSide(reading, tag, format.height);
+    case 'F':
+      return ReadTerms(reading, tag, format.rate);
+    case 'A':
+      return ReadTerms(reading, tag, format.aspect);
+    case 'I':
+      return ReadScan(reading, tag, format.scan);
+    default:
+      reading.chroma = Shown(tag.substr(1));
+      return;
+  }
+}
+
+void CheckChroma(const HeaderReading& reading) {
+  const std::string advice = "only 4:2:2 with 8 bits (C422) is handled for now; convert the clip to it";
+  if (reading.seen.find('C') == std::string::npos) {
+    throw Problem{"the header has no tag C, which means chroma 4:2:0", reading.where, advice};
+  }
+  if (reading.chroma != "422")
+    throw Problem{"chroma C" + reading.chroma + " is not handled", reading.where, advice};
+}
+
+}  // namespace
+
+Y4mHeader ReadY4mHeader(const std::string& line, const std::string& name) {
+  HeaderReading reading;
+  reading.where = name + ": header";
+  if (!line.starts_with(kMagic) || (line.size() > kMagic.size() && line[kMagic.size()] != ' ')) {
+    throw Problem{"not a YUV4MPEG2 stream: it begins with \"" + Shown(line).substr(0, 12) + "\"", name,
+                  "raw pictures need --pixel-format, --size and --rate"};
+  }
+  const std::string_view tags = std::string_view(line).substr(kMagic.size());
+  for (std::size_t at = 0; at < tags.size();) {
+    const std::size_t end = std::min(tags.find(' ', at), tags.size());
+    if (end > at) ReadTag(reading, tags.substr(at, end - at));
+    at = end + 1;
+  }
+  for (const char needed : {'W', 'H'}) {
+    if (reading.seen.find(needed) == std::string::npos) {
+      throw Problem{std::string("the header has no tag ") + needed, reading.where,
+                    "the picture size must be known"};
+    }
+  }
+  CheckChroma(reading);
+  reading.header.format.pixelFormat = kYuvu;
+  return reading.header;
+}
+
+std::string Y4mHeaderLine(const ClipFormat& format) {
+  char scan = '?';
+  for (const ScanLetter& row : kScanLetters) {
+    if (row.scan == format.scan) scan = row.letter;
+  }
+  const auto terms = [](Ratio ratio) {
+    return std::to_string(ratio.numerator) + ":" + std::to_string(ratio.denominator);
+  };
+  return std::string(kMagic) + " W" + std::to_string(format.width) + " H" + std::to_string(format.height) +
+         " F" + terms(format.rate) + " I" + scan + " A" + terms(format.aspect) + " C422\n";
+}
+
+}  // namespace vorel::picture_io

@@ -1,0 +1,125 @@
+// Streams against bytes written by hand: frames, their parameters, and every place where a stream can end too
+// early.
+#include "picture_io/y4m.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/picture_io/problem_text.h"
+
+namespace vorel::picture_io {
+
+namespace {
+
+const std::string kHeader = "YUV4MPEG2 W3 H1 F25:1 Ip A1:1 C422\n";
+// Y' 1 2 3, Cb 128 129, Cr 127 0
+const std::string kPlanes("\x01\x02\x03\x80\x81\x7f\x00", 7);
+const std::vector<u8> kRow = {1, 0x00, 2, 0xFF, 3, 0x01, 3, 0x80};
+
+ByteInput InputOf(const std::string& text) {
+  return ByteInputOf({text.begin(), text.end()}, "a.y4m");
+}
+
+// All pictures of a stream.
+std::vector<std::vector<u8>> PicturesOf(const std::string& text) {
+  const PictureSource source = OpenY4mSource(InputOf(text));
+  std::vector<std::vector<u8>> pictures;
+  StoredPicture stored;
+  Picture picture;
+  while (source.fetch(stored)) {
+    source.unpack(stored, picture);
+    pictures.push_back(picture.bytes);
+  }
+  return pictures;
+}
+
+std::string Refusal(const std::string& text) {
+  return ProblemText([&] { PicturesOf(text); });
+}
+
+}  // namespace
+
+TEST(Y4m, FramesBecomeRowsOfPairs) {
+  const auto pictures = PicturesOf(kHeader + "FRAME\n" + kPlanes + "FRAME\n" + kPlanes);
+  ASSERT_EQ(pictures.size(), 2u);
+  EXPECT_EQ(pictures[0], kRow);
+  EXPECT_EQ(pictures[1], kRow);
+}
+
+TEST(Y4m, FrameParametersArePassedOver) {
+  const auto pictures = PicturesOf(kHeader + "FRAME Ip Xsomething\n" + kPlanes);
+  ASSERT_EQ(pictures.size(), 1u);
+  EXPECT_EQ(pictures[0], kRow);
+}
+
+TEST(Y4m, HeaderWithoutFramesHasNoPictures) {
+  EXPECT_EQ(PicturesOf(kHeader).size(), 0u);
+}
+
+TEST(Y4m, WritingGivesTheSameBytesBack) {
+  const std::string text = kHeader + "FRAME\n" + kPlanes + "FRAME\n" + kPlanes;
+  const PictureSource source = OpenY4mSource(InputOf(text));
+  std::string written;
+  const PictureSink sink = OpenY4mSink(source.format, [&written](const u8* bytes, std::size_t size) {
+    written.append(reinterpret_cast<const char*>(bytes), size);
+  });
+  StoredPicture stored;
+  StoredPicture packed;
+  Picture picture;
+  while (source.fetch(stored)) {
+    source.unpack(stored, picture);
+    sink.pack(picture, packed);
+    sink.store(packed);
+  }
+  EXPECT_EQ(written, text);
+}
+
+TEST(Y4m, EmptyInputIsSaidToBeEmpty) {
+  EXPECT_EQ(Refusal(""), "a.y4m: nothing to read: the input is empty ()");
+}
+
+TEST(Y4m, EndWithinTheHeaderIsFound) {
+  EXPECT_EQ(Refusal("YUV4MPEG2 W3 H1 F25:1 C422"),
+            "a.y4m: the stream ends within its header (fetch or make the stream again)");
+}
+
+TEST(Y4m, EndWithinAPictureNamesFrameAndBytes) {
+  EXPECT_EQ(Refusal(kHeader + "FRAME\n" + kPlanes + "FRAME\n" + kPlanes.substr(0, 5)),
+            "a.y4m: frame 1 at byte 48: the input ends within a picture: 7 bytes expected, 5 found "
+            "(fetch or make the stream again)");
+}
+
+TEST(Y4m, EndWithinAFrameLineIsACutPicture) {
+  for (const char* const cut : {"F", "FRA", "FRAME", "FRAME Ip", "FRAME\n"}) {
+    EXPECT_EQ(Refusal(kHeader + cut),
+              "a.y4m: frame 0 at byte 35: the input ends within a picture: 7 bytes expected, 0 found "
+              "(fetch or make the stream again)")
+        << cut;
+  }
+}
+
+TEST(Y4m, OtherBytesWhereAFrameMustBeginAreDamage) {
+  const std::vector<std::string> damages = {"FRAMES\n", "frame\n", "\n", "x", std::string(100000, 'x')};
+  for (const std::string& bytes : damages) {
+    EXPECT_EQ(Refusal(kHeader + "FRAME\n" + kPlanes + bytes),
+              "a.y4m: frame 1 at byte 48: no FRAME line where one must stand "
+              "(the stream is damaged here, or the picture size in its header is wrong)");
+  }
+}
+
+TEST(Y4m, EndlessFrameLineIsRefused) {
+  EXPECT_NE(Refusal(kHeader + "FRAME " + std::string(100000, 'x')).find("no FRAME line"), std::string::npos);
+}
+
+TEST(Y4m, EndlessHeaderOfAnotherFileIsNotAStream) {
+  EXPECT_NE(Refusal(std::string(100000, 'x')).find("not a YUV4MPEG2 stream"), std::string::npos);
+}
+
+TEST(Y4m, ClaimOfTheLargestPictureTakesNoMemory) {
+  const PictureSource source = OpenY4mSource(InputOf("YUV4MPEG2 W32767 H32767 F25:1 C422\nFRAME\nabc"));
+  StoredPicture stored;
+  EXPECT_NE(ProblemText([&] { source.fetch(stored); }).find("2147385345 bytes expected, 3 found"),
+            std::string::npos);
+  EXPECT_LT(stored.capacity(), std::size_t{1} << 24);
+}
+
+}  // namespace vorel::picture_io

@@ -1,0 +1,70 @@
+// Exit statuses and texts of the command line itself.
+#include <gtest/gtest.h>
+
+#include "tests/tool/run_vorel.h"
+
+namespace vorel::tool {
+
+TEST(CommandLine, VersionAndHelpAreGoodAndGoToStdout) {
+  const TestFolder folder;
+  const Outcome version = RunVorel(folder, {"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "vorel 2.6.7\n");
+  const Outcome help = RunVorel(folder, {"--help"});
+  EXPECT_EQ(help.status, 0);
+  for (const char* const command : {"encode", "decode", "verify", "info"}) {
+    EXPECT_NE(help.out.find(command), std::string::npos);
+    const Outcome own = RunVorel(folder, {command, "--help"});
+    EXPECT_EQ(own.status, 0);
+    EXPECT_NE(own.out.find("--quiet"), std::string::npos);
+    EXPECT_EQ(own.err, "");
+  }
+}
+
+TEST(CommandLine, WhatCannotBeMeantHasStatusTwoAndMakesNothing) {
+  const std::vector<std::vector<std::string>> lines = {
+      {},
+      {"encrypt"},
+      {"encode"},
+      {"encode", "--loss", "a.y4m"},
+      {"encode", "a.y4m", "b.y4m", "-o", "c.mov"},
+      {"encode", "-"},
+      {"encode", "a.y4m", "dir/../a.yuv", "a.yuv"},
+      {"encode", "-j", "-1", "a.y4m"},
+      {"encode", "-j", "many", "a.y4m"},
+      {"encode", "-j", "5000", "a.y4m"},
+      {"encode", "--pixel-format", "yuvu", "a.yuv"},
+      {"encode", "--pixel-format", "2vuy", "--size", "2x2", "a.yuv"},
+      {"encode", "--size", "2x2", "a.yuv"},
+      {"encode", "--pixel-format", "yuvu", "--size", "0x2", "a.yuv"},
+      {"encode", "--pixel-format", "yuvu", "--size", "2x2", "--rate", "0", "a.yuv"},
+      {"encode", "--scan", "sideways", "a.y4m"},
+      {"encode", "a.mov"},
+      {"decode", "--format", "png", "a.mov"},
+      {"decode", "-"},
+      {"verify", "a.mov", "b.mov", "--against", "a.y4m"},
+      {"verify", "-", "--against", "-"},
+      {"info", "--xml", "a.mov"},
+  };
+  const TestFolder folder;
+  for (const std::vector<std::string>& line : lines) {
+    std::string shown;
+    for (const std::string& argument : line) shown += argument + " ";
+    const Outcome outcome = RunVorel(folder, line);
+    EXPECT_EQ(outcome.status, 2) << shown;
+    EXPECT_NE(outcome.err, "") << shown;
+    EXPECT_EQ(outcome.out, "") << shown;
+  }
+  EXPECT_EQ(FilesIn(folder), "");
+}
+
+TEST(CommandLine, PixelFormatsThatAreNotHandledAreRefusedByName) {
+  const TestFolder folder;
+  const Outcome outcome =
+      RunVorel(folder, {"encode", "--pixel-format", "v210", "--size", "2x2", "--rate", "25", "a.yuv"});
+  EXPECT_NE(outcome.err.find("\"v210\" is not a pixel format that is handled: only yuvu is for now"),
+            std::string::npos)
+      << outcome.err;
+}
+
+}  // namespace vorel::tool

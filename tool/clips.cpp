@@ -1,0 +1,157 @@
+// Opening clips.
+#include "tool/clips.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+
+#include "base/problem.h"
+#include "picture_io/raw.h"
+#include "picture_io/y4m.h"
+#include "tool/clip_description.h"
+#include "tool/targets.h"
+
+namespace vorel::tool {
+
+namespace {
+
+// Endings that a result's name doesn't keep.
+constexpr std::array<const char*, 7> kEndings = {".y4m", ".yuv", ".raw", ".yuvu", ".mov", ".qt", ".MOV"};
+
+container::Movie OpenMovieOnStdin(Descriptor& spooled) {
+  constexpr const char* kName = "stdin";
+  if (::isatty(STDIN_FILENO) == 1) throw UsageError{"stdin is a terminal: name a movie, or send one"};
+  if (::lseek(STDIN_FILENO, 0, SEEK_CUR) >= 0) return container::OpenMovie(STDIN_FILENO, kName);
+  spooled = OpenAnonymousFile();
+  CopyAll(STDIN_FILENO, kName, spooled.value, "temporary file");
+  return container::OpenMovie(spooled.value, kName);
+}
+
+void CheckCodec(const MovieClip& clip, u32 codec) {
+  if (codec == kCodecOf8bw || codec == kGenericCodec) return;
+  const std::string text = container::CodeText(codec);
+  if (IsVorelCodec(codec)) {
+    throw Problem{"frames of codec '" + text + "' are not handled for now", clip.name,
+                  "only 'Vrl4' and 'Vrl0' are: Y'CbCr 8bw 4:2:2"};
+  }
+  throw Problem{"the video is of codec '" + text + "', not VorelVideo", clip.name,
+                "convert it to YUV4MPEG2 first, with a program that reads it"};
+}
+
+// The input's name with the ending of its kind replaced by another.
+std::string NameOfResult(const std::string& input, const std::string& ending) {
+  if (input == "-") throw UsageError{"-o is needed with stdin: name the result, or \"-\" for stdout"};
+  std::filesystem::path path = input;
+  const std::string extension = path.extension().string();
+  if (std::find(kEndings.begin(), kEndings.end(), extension) != kEndings.end()) path.replace_extension();
+  path += ending;
+  if (path == std::filesystem::path(input)) {
+    throw UsageError{input + ": the result would have the same name; give another with -o"};
+  }
+  return path.string();
+}
+
+}  // namespace
+
+picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options) {
+  if (path == "-" && ::isatty(STDIN_FILENO) == 1) {
+    throw UsageError{"stdin is a terminal: name a file, or send pictures"};
+  }
+  picture_io::ByteInput input = picture_io::OpenByteInput(path);
+  if (options.pixelFormat) {
+    picture_io::ClipFormat format;
+    format.pixelFormat = *options.pixelFormat;
+    format.width = options.width;
+    format.height = options.height;
+    format.rate = options.rate.value_or(picture_io::Ratio{});
+    format.scan = options.scan.value_or(picture_io::ScanOrder::progressive);
+    return OpenRawSource(std::move(input), format);
+  }
+  picture_io::PictureSource source = OpenY4mSource(std::move(input));
+  if (options.rate) source.format.rate = *options.rate;
+  if (options.scan) source.format.scan = *options.scan;
+  return source;
+}
+
+MovieClip OpenMovieClip(const std::string& path) {
+  MovieClip clip;
+  clip.name = path == "-" ? "stdin" : path;
+  clip.movie = path == "-" ? OpenMovieOnStdin(clip.spooled) : container::OpenMovie(path);
+  clip.video = container::ReadVideoTrack(clip.movie, container::ChooseVideoTrack(clip.movie));
+  return clip;
+}
+
+picture_io::ClipFormat FormatToDecode(const MovieClip& clip) {
+  if (clip.video.samples.empty()) throw Problem{"the video track has no frames", clip.name, ""};
+  const container::SampleDescription& first = clip.video.descriptions[clip.video.samples[0].description];
+  for (std::size_t i = 0; i < clip.video.samples.size(); ++i) {
+    const container::SampleDescription& description =
+        clip.video.descriptions[clip.video.samples[i].description];
+    CheckCodec(clip, description.cType);
+    if (description.width != first.width || description.height != first.height) {
+      throw Problem{"pictures change their size from " + std::to_string(first.width) + " x " +
+                        std::to_string(first.height) + " to " + std::to_string(description.width) + " x " +
+                        std::to_string(description.height),
+                    PlaceOfFrame(clip, i), "split the movie there"};
+    }
+  }
+  const picture_io::ClipFormat format = ClipOfDescription(first, clip.video.rate);
+  const u32 largest = picture_io::kLargestSide;
+  if (format.width == 0 || format.height == 0 || format.width > largest || format.height > largest) {
+    throw Problem{"the picture size " + std::to_string(format.width) + " x " + std::to_string(format.height) +
+                      " is not valid",
+                  clip.name,
+                  "sides are from 1 to " + std::to_string(largest) + " pixels; the movie is damaged"};
+  }
+  return format;
+}
+
+std::string PlaceOfFrame(const MovieClip& clip, u64 frame) {
+  return picture_io::FramePlace(clip.name, frame, clip.video.samples[frame].offset);
+}
+
+u64 LargestFrame(const MovieClip& clip) {
+  u64 largest = 0;
+  for (const container::Sample& sample : clip.video.samples) largest = std::max<u64>(largest, sample.bytes);
+  return largest;
+}
+
+std::string UnkeptOfMovie(const MovieClip& clip) {
+  const container::Track& track = clip.movie.tracks[clip.video.track];
+  std::string unkept;
+  const auto add = [&unkept](const std::string& text) { unkept += (unkept.empty() ? "" : ", ") + text; };
+  const u32 duration = clip.video.samples.empty() ? 0 : clip.video.samples[0].duration;
+  const bool isSteady =
+      std::all_of(clip.video.samples.begin(), clip.video.samples.end(),
+                  [duration](const container::Sample& sample) { return sample.duration == duration; });
+  if (!isSteady) add("frames last unequally, the mean rate is given");
+  if (track.edits.size() > 1 || (track.edits.size() == 1 && track.edits[0].mediaTime != 0)) {
+    add("the edit list is not applied, all frames of the media are given");
+  }
+  if (clip.movie.tracks.size() > 1) {
+    add("of " + std::to_string(clip.movie.tracks.size()) + " tracks only the video is given");
+  }
+  return unkept;
+}
+
+std::vector<std::string> NameResults(const std::vector<std::string>& inputs, const std::string& output,
+                                     const std::string& ending) {
+  if (!output.empty()) {
+    if (inputs.size() != 1) throw UsageError{"-o names one result: give one input with it"};
+    RefuseTerminal(output);
+    return {output};
+  }
+  std::vector<std::string> results;
+  for (const std::string& input : inputs) {
+    const std::string result = NameOfResult(input, ending);
+    if (std::find(results.begin(), results.end(), result) != results.end()) {
+      throw UsageError{result + " would be the result of two inputs; convert them one by one with -o"};
+    }
+    results.push_back(result);
+  }
+  return results;
+}
+
+}  // namespace vorel::tool

@@ -1,0 +1,44 @@
+// Clips to read: picture files and movies, by the name that stands on the command line.
+#pragma once
+#include <string>
+
+#include "container/movie_reader.h"
+#include "picture_io/picture_stream.h"
+#include "tool/options.h"
+#include "tool/spool.h"
+
+namespace vorel::tool {
+
+// Pictures from a file or, for "-", from stdin. Throws Problem.
+picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options);
+
+// A movie with a video track. The track's samples are its frames.
+struct MovieClip {
+  Descriptor spooled;  // open if the movie came through a pipe; outlives the movie
+  std::string name;
+  container::Movie movie;
+  container::VideoTrack video;
+};
+
+// Opens a movie from a file or, for "-", from stdin. Throws Problem.
+MovieClip OpenMovieClip(const std::string& path);
+
+// What its pictures are once decoded. Throws Problem if the codec is not handled or pictures change their
+// size.
+picture_io::ClipFormat FormatToDecode(const MovieClip& clip);
+
+// "a.mov: frame 3 at byte 1234".
+std::string PlaceOfFrame(const MovieClip& clip, u64 frame);
+
+u64 LargestFrame(const MovieClip& clip);
+
+// What decoding the media alone leaves out, for a note to people; usually empty.
+std::string UnkeptOfMovie(const MovieClip& clip);
+
+// Names of the results of all inputs: `output` if it is given, which takes a single input, else each input's
+// name with the ending of its kind replaced. Throws UsageError where two names are the same, for stdin
+// without an output, and for a terminal as output.
+std::vector<std::string> NameResults(const std::vector<std::string>& inputs, const std::string& output,
+                                     const std::string& ending);
+
+}  // namespace vorel::tool

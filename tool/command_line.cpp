@@ -1,0 +1,188 @@
+// Options that several commands share are added by one function each, so that they read the same everywhere.
+#include "tool/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "tool/commands.h"
+#include "tool/interruption.h"
+
+namespace vorel::tool {
+
+namespace {
+
+using picture_io::ScanOrder;
+
+constexpr u32 kMostThreads = 1024;
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  vorel encode brook.y4m               makes brook.mov\n"
+    "  vorel decode brook.mov -o copy.y4m   gives the same pictures back\n"
+    "  vorel verify brook.mov --against brook.y4m\n"
+    "  vorel encode --pixel-format yuvu --size 640x360 --rate 24000/1001 brook.yuv\n"
+    "\n"
+    "\"-\" stands for stdin and stdout. Frames, rows and pixels are counted from 0.\n"
+    "Exit status: 0 all is well, 1 a file could not be read, written or verified, 2 the command line is "
+    "wrong.";
+
+void AddInputs(CLI::App& command, std::vector<std::string>& inputs, const std::string& what) {
+  command.add_option("INPUT", inputs, what)->required();
+}
+
+void AddThreads(CLI::App& command, u32& threads) {
+  command.add_option("-j,--threads", threads, "Threads; 0, the default, for one on each processor")
+      ->check(CLI::Range(u32{0}, kMostThreads))
+      ->type_name("N");
+}
+
+void AddTarget(CLI::App& command, std::string& output, bool& force, const std::string& what) {
+  command.add_option("-o,--output", output, what)->type_name("FILE");
+  command.add_flag("-f,--force", force, "Overwrite files that exist");
+}
+
+// Options whose text is read by `read`, which returns false for what it can't take.
+template <typename Read>
+CLI::Option* AddRead(CLI::App& command, const std::string& name, const std::string& type,
+                     const std::string& what, const std::string& wanted, Read read) {
+  return command
+      .add_option_function<std::string>(
+          name,
+          [name, wanted, read](const std::string& text) {
+            if (!read(text)) throw CLI::ValidationError(name, "\"" + text + "\" is not " + wanted);
+          },
+          what)
+      ->type_name(type);
+}
+
+bool ReadScanOrder(const std::string& text, std::optional<ScanOrder>& scan) {
+  if (text == "progressive") scan = ScanOrder::progressive;
+  if (text == "top-first") scan = ScanOrder::topFirst;
+  if (text == "bottom-first") scan = ScanOrder::bottomFirst;
+  return scan.has_value();
+}
+
+void AddSource(CLI::App& command, SourceOptions& source) {
+  CLI::Option* const pixelFormat =
+      AddRead(command, "--pixel-format", "CODE", "The pictures are raw, in this pixel format: yuvu",
+              "a pixel format that is handled: only yuvu is for now", [&source](const std::string& text) {
+                if (text == "yuvu") source.pixelFormat = picture_io::kYuvu;
+                return source.pixelFormat.has_value();
+              });
+  CLI::Option* const size = AddRead(
+      command, "--size", "WxH", "Width and height of raw pictures, in pixels",
+      "a size such as 640x360, with sides from 1 to 32767",
+      [&source](const std::string& text) { return picture_io::ReadSize(text, source.width, source.height); });
+  pixelFormat->needs(size);
+  size->needs(pixelFormat);
+  AddRead(command, "--rate", "R", "Frames per second: 25, 24000/1001, 23.976; replaces what a header says",
+          "a frame rate such as 25, 24000/1001 or 23.976", [&source](const std::string& text) {
+            picture_io::Ratio rate;
+            if (!picture_io::ReadRate(text, rate)) return false;
+            source.rate = rate;
+            return true;
+          });
+  AddRead(
+      command, "--scan", "SCAN",
+      "progressive (raw pictures are, unless this says otherwise), top-first or bottom-first, for interlaced "
+      "pictures by their first field; replaces what a header says",
+      "one of progressive, top-first and bottom-first",
+      [&source](const std::string& text) { return ReadScanOrder(text, source.scan); });
+}
+
+void AddFormat(CLI::App& command, std::optional<PictureFile>& format) {
+  AddRead(command, "--format", "FORMAT",
+          "y4m or raw; otherwise the name after -o tells: raw for .yuv, .yuvu and .raw, else y4m",
+          "one of y4m and raw", [&format](const std::string& text) {
+            if (text == "y4m") format = PictureFile::y4m;
+            if (text == "raw") format = PictureFile::raw;
+            return format.has_value();
+          });
+}
+
+struct CommandLine {
+  EncodeOptions encode;
+  DecodeOptions decode;
+  VerifyOptions verify;
+  InfoOptions info;
+  bool quiet = false;
+};
+
+CLI::App* AddEncode(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand("encode", "Encode pictures to movies, without loss");
+  AddInputs(*command, line.encode.inputs, "YUV4MPEG2 files, 4:2:2 with 8 bits, or raw pictures");
+  AddTarget(*command, line.encode.output, line.encode.force,
+            "The movie; otherwise named after the input, with .mov");
+  AddSource(*command, line.encode.source);
+  AddThreads(*command, line.encode.threads);
+  command->footer(
+      "The movie's date is the present, or SOURCE_DATE_EPOCH (seconds since 1970) if that is set.");
+  return command;
+}
+
+CLI::App* AddDecode(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand("decode", "Decode movies to pictures");
+  AddInputs(*command, line.decode.inputs, "Movies");
+  AddTarget(*command, line.decode.output, line.decode.force,
+            "The pictures; otherwise named after the input, with .y4m or .yuv");
+  AddFormat(*command, line.decode.format);
+  AddThreads(*command, line.decode.threads);
+  return command;
+}
+
+CLI::App* AddVerify(CLI::App& app, CommandLine& line) {
+  CLI::App* const command =
+      app.add_subcommand("verify", "Decode every frame of movies and check that all is well");
+  AddInputs(*command, line.verify.inputs, "Movies");
+  command->add_option("--against", line.verify.against, "Compare every sample with these pictures")
+      ->type_name("FILE");
+  AddSource(*command, line.verify.source);
+  AddThreads(*command, line.verify.threads);
+  return command;
+}
+
+CLI::App* AddInfo(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand("info", "Say what is in movies");
+  AddInputs(*command, line.info.inputs, "Movies");
+  command->add_flag("--json", line.info.json, "As JSON: an object, or an array of them for several movies");
+  return command;
+}
+
+int ExitStatus(bool isGood) {
+  return isGood ? kExitGood : kExitBadData;
+}
+
+}  // namespace
+
+int RunCommandLine(int count, char** arguments) {
+  CommandLine line;
+  CLI::App app("Lossless intraframe video: pictures to QuickTime movies and back, bit for bit.", "vorel");
+  app.set_version_flag("--version", "vorel " VOREL_VERSION);
+  app.require_subcommand(1);
+  app.footer(kFooter);
+  const CLI::App* const encode = AddEncode(app, line);
+  const CLI::App* const decode = AddDecode(app, line);
+  const CLI::App* const verify = AddVerify(app, line);
+  const CLI::App* const info = AddInfo(app, line);
+  for (CLI::App* const command : app.get_subcommands({})) {
+    command->add_flag("-q,--quiet", line.quiet, "Say nothing but what is wrong");
+  }
+  try {
+    app.parse(count, arguments);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kExitGood : kExitBadUsage;
+  }
+  CatchInterruptions();
+  Console console = OpenConsole(line.quiet);
+  try {
+    if (encode->parsed()) return ExitStatus(RunEncode(line.encode, console));
+    if (decode->parsed()) return ExitStatus(RunDecode(line.decode, console));
+    if (verify->parsed()) return ExitStatus(RunVerify(line.verify, console));
+    if (info->parsed()) return ExitStatus(RunInfo(line.info, console));
+  } catch (const UsageError& error) {
+    Report(console, {error.text, "", "see vorel --help"});
+  }
+  return kExitBadUsage;
+}
+
+}  // namespace vorel::tool

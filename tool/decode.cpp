@@ -1,0 +1,89 @@
+// vorel decode: a movie to pictures.
+#include <filesystem>
+
+#include "picture_io/raw.h"
+#include "picture_io/y4m.h"
+#include "tool/clips.h"
+#include "tool/commands.h"
+#include "tool/frame_coder.h"
+#include "tool/pipeline.h"
+#include "tool/targets.h"
+
+namespace vorel::tool {
+
+namespace {
+
+using picture_io::ClipFormat;
+
+struct DecodeJob {
+  u64 frame = 0;
+  std::vector<u8> bytes;
+  bool isSuspect = false;  // decoded, but its size is not the one that frames are recorded with
+  picture_io::Picture picture;
+  picture_io::StoredPicture stored;
+  std::vector<u8> scratch;
+};
+
+PictureFile FileFor(const DecodeOptions& options) {
+  if (options.format) return *options.format;
+  const std::string ending = std::filesystem::path(options.output).extension().string();
+  return ending == ".yuv" || ending == ".raw" || ending == ".yuvu" ? PictureFile::raw : PictureFile::y4m;
+}
+
+bool DecodeClip(const std::string& input, const std::string& output, const DecodeOptions& options,
+                Console& console) {
+  const MovieClip clip = OpenMovieClip(input);
+  const ClipFormat format = FormatToDecode(clip);
+  const PictureFile file = FileFor(options);
+  PictureTarget target;
+  OpenPictureTarget(target, output, options.force);
+  if (const std::string unkept = UnkeptOfMovie(clip); !unkept.empty())
+    Note(console, clip.name + ": " + unkept);
+  const picture_io::PictureSink sink = file == PictureFile::raw
+                                           ? picture_io::OpenRawSink(WriterOf(target))
+                                           : picture_io::OpenY4mSink(format, WriterOf(target));
+
+  const u64 pictureBytes = u64{picture_io::YuvuRowBytes(format.width)} * format.height;
+  Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
+  u64 next = 0;
+  u64 suspects = 0;
+  RunPipeline<DecodeJob>(
+      ShapePipeline(options.threads, 2 * pictureBytes + LargestFrame(clip)),
+      [&](DecodeJob& job) {
+        if (next == clip.video.samples.size()) return false;
+        job.frame = next++;
+        container::ReadSample(clip.movie, clip.video.samples[job.frame], job.bytes);
+        return true;
+      },
+      [&](DecodeJob& job) {
+        const FrameEnd end =
+            DecodeFrame(job.bytes, format, job.picture, job.scratch, PlaceOfFrame(clip, job.frame));
+        job.isSuspect = end.recordedBytes != job.bytes.size();
+        sink.pack(job.picture, job.stored);
+      },
+      [&](DecodeJob& job) {
+        sink.store(job.stored);
+        suspects += job.isSuspect ? 1 : 0;
+        Advance(progress, pictureBytes, job.bytes.size());
+      });
+  FinishPictureTarget(target);
+  if (suspects > 0) {
+    const std::string which =
+        suspects == 1 ? " frame is not as long as its bits say" : " frames are not as long as their bits say";
+    Note(console, clip.name + ": " + std::to_string(suspects) + which + "; vorel verify tells more");
+  }
+  FinishProgress(progress, Direction::decode);
+  return true;
+}
+
+}  // namespace
+
+bool RunDecode(const DecodeOptions& options, Console& console) {
+  const char* const ending = FileFor(options) == PictureFile::raw ? ".yuv" : ".y4m";
+  const std::vector<std::string> outputs = NameResults(options.inputs, options.output, ending);
+  return ForEachInput(options.inputs, console, [&](std::size_t index) {
+    return DecodeClip(options.inputs[index], outputs[index], options, console);
+  });
+}
+
+}  // namespace vorel::tool

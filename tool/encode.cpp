@@ -1,0 +1,106 @@
+// vorel encode: pictures to a movie.
+#include <cstdlib>
+#include <limits>
+
+#include "tool/clip_description.h"
+#include "tool/clips.h"
+#include "tool/commands.h"
+#include "tool/frame_coder.h"
+#include "tool/pipeline.h"
+#include "tool/targets.h"
+
+namespace vorel::tool {
+
+namespace {
+
+using picture_io::ClipFormat;
+using picture_io::PictureSource;
+
+struct EncodeJob {
+  u64 frame = 0;
+  picture_io::StoredPicture stored;
+  picture_io::Picture picture;
+  FrameBuffer buffer;
+};
+
+// The moment that a movie says it was made: now, or what SOURCE_DATE_EPOCH says where results must not depend
+// on it.
+std::optional<u64> CreationTime() {
+  const char* const text = std::getenv("SOURCE_DATE_EPOCH");
+  u32 seconds = 0;
+  if (text == nullptr || !picture_io::ReadNumber(text, std::numeric_limits<u32>::max(), seconds)) return {};
+  return container::MovieTimeOfUnixTime(seconds);
+}
+
+container::MovieSettings SettingsFor(const PictureSource& source, bool force) {
+  if (!IsKnown(source.format.rate)) {
+    throw Problem{"the frame rate is not known", source.name, "give it with --rate"};
+  }
+  container::MovieSettings settings;
+  settings.time = container::TimeBaseOfRate({source.format.rate.numerator, source.format.rate.denominator});
+  settings.overwrite = force;
+  settings.creationTime = CreationTime();
+  return settings;
+}
+
+// Frames go into the movie under one description, which says how large the first of them is.
+struct MovieFrames {
+  container::MovieWriter& writer;
+  const ClipFormat& format;
+  std::optional<u32> description;
+};
+
+void AppendFrame(MovieFrames& frames, const FrameBuffer& buffer) {
+  if (!frames.description) {
+    frames.description =
+        frames.writer.AddDescription(DescribeClip(frames.format, static_cast<u32>(buffer.bytes)));
+  }
+  frames.writer.AppendFrame(reinterpret_cast<const u8*>(buffer.words.data()), buffer.bytes,
+                            *frames.description);
+}
+
+bool EncodeClip(const std::string& input, const std::string& output, const EncodeOptions& options,
+                Console& console) {
+  const PictureSource source = OpenPictures(input, options.source);
+  const ClipFormat& format = source.format;
+  MovieTarget target;
+  OpenMovieTarget(target, output, SettingsFor(source, options.force));
+  if (!source.unkept.empty()) Note(console, source.name + ": the movie does not keep " + source.unkept);
+
+  const u64 pictureBytes = u64{picture_io::YuvuRowBytes(format.width)} * format.height;
+  const u64 jobBytes = 2 * pictureBytes + FrameBufferBytes(format.width, format.height);
+  Progress progress = StartProgress(console, source.name, source.expectedFrames);
+  MovieFrames frames{*target.writer, format, {}};
+  u64 fetched = 0;
+  RunPipeline<EncodeJob>(
+      ShapePipeline(options.threads, jobBytes),
+      [&](EncodeJob& job) {
+        job.frame = fetched++;
+        return source.fetch(job.stored);
+      },
+      [&](EncodeJob& job) {
+        source.unpack(job.stored, job.picture);
+        EncodeFrame(job.picture, IsInterlaced(format.scan), job.buffer,
+                    source.name + ": frame " + std::to_string(job.frame));
+      },
+      [&](EncodeJob& job) {
+        AppendFrame(frames, job.buffer);
+        Advance(progress, pictureBytes, job.buffer.bytes);
+      });
+  if (progress.frames == 0)
+    throw Problem{"no pictures follow the header", source.name, "there is nothing to encode"};
+  FinishMovieTarget(target);
+  FinishProgress(progress, Direction::encode);
+  return true;
+}
+
+}  // namespace
+
+bool RunEncode(const EncodeOptions& options, Console& console) {
+  const std::vector<std::string> outputs = NameResults(options.inputs, options.output, ".mov");
+  return ForEachInput(options.inputs, console, [&](std::size_t index) {
+    return EncodeClip(options.inputs[index], outputs[index], options, console);
+  });
+}
+
+}  // namespace vorel::tool

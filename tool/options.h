@@ -1,0 +1,57 @@
+// What a command line asks for, checked as far as that is possible without opening a file.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/integers.h"
+#include "picture_io/clip_format.h"
+
+namespace vorel::tool {
+
+// A command line that can't be meant: exit status 2.
+struct UsageError {
+  std::string text;
+};
+
+// How pictures are read. Without a pixel format the input is YUV4MPEG2, and rate and scan replace what its
+// header says.
+struct SourceOptions {
+  std::optional<u32> pixelFormat;
+  u32 width = 0;  // with a pixel format: both sides given
+  u32 height = 0;
+  std::optional<picture_io::Ratio> rate;
+  std::optional<picture_io::ScanOrder> scan;
+};
+
+struct EncodeOptions {
+  std::vector<std::string> inputs;  // "-" is stdin
+  std::string output;               // empty: named after the input
+  SourceOptions source;
+  bool force = false;
+  u32 threads = 0;  // 0: one for each processor
+};
+
+enum class PictureFile : u8 { y4m, raw };
+
+struct DecodeOptions {
+  std::vector<std::string> inputs;
+  std::string output;
+  std::optional<PictureFile> format;  // unset: told by the output's name
+  bool force = false;
+  u32 threads = 0;
+};
+
+struct VerifyOptions {
+  std::vector<std::string> inputs;
+  std::string against;  // empty: decode only
+  SourceOptions source;
+  u32 threads = 0;
+};
+
+struct InfoOptions {
+  std::vector<std::string> inputs;
+  bool json = false;
+};
+
+}  // namespace vorel::tool

@@ -1,0 +1,156 @@
+// vorel verify: decodes every frame, and compares with the pictures that a movie was made from.
+#include "tool/clips.h"
+#include "tool/commands.h"
+#include "tool/frame_coder.h"
+#include "tool/picture_compare.h"
+#include "tool/pipeline.h"
+
+namespace vorel::tool {
+
+namespace {
+
+using picture_io::ClipFormat;
+using picture_io::PictureSource;
+
+constexpr u64 kMostReported = 10;
+
+struct VerifyJob {
+  u64 frame = 0;
+  std::vector<u8> bytes;
+  picture_io::Picture decoded;
+  std::vector<u8> scratch;
+  bool hasSource = false;
+  picture_io::StoredPicture stored;
+  picture_io::Picture source;
+  std::optional<Problem> damage;
+  std::optional<Difference> difference;
+};
+
+struct Findings {
+  u64 damaged = 0;
+  u64 compared = 0;
+  u64 different = 0;
+};
+
+void CheckFrame(VerifyJob& job, const ClipFormat& format, const std::string& place) {
+  try {
+    const FrameEnd end = DecodeFrame(job.bytes, format, job.decoded, job.scratch, place);
+    if (end.recordedBytes == job.bytes.size()) return;
+    job.damage = Problem{"the frame's bits call for a size of " + std::to_string(end.recordedBytes) +
+                             " bytes, it has " + std::to_string(job.bytes.size()),
+                         place, "the frame is damaged; fetch or make the movie again"};
+  } catch (const Problem& problem) {
+    job.damage = problem;
+  }
+}
+
+Problem Differing(const VerifyJob& job, const std::string& place, const std::string& against) {
+  const Difference& difference = *job.difference;
+  return {std::string("differs from ") + against + ": row " + std::to_string(difference.row) + ", pixel " +
+              std::to_string(difference.pixel) + ", " + difference.component + " is " +
+              std::to_string(difference.first) + ", there " + std::to_string(difference.second),
+          place, ""};
+}
+
+void Record(const VerifyJob& job, const std::string& place, const std::string& against, Findings& findings,
+            Console& console) {
+  if (job.damage) {
+    if (++findings.damaged <= kMostReported) Report(console, *job.damage);
+    return;
+  }
+  findings.compared += job.hasSource ? 1 : 0;
+  if (job.difference && ++findings.different == 1) Report(console, Differing(job, place, against));
+}
+
+void CheckSize(const ClipFormat& movie, const PictureSource& source, const std::string& name) {
+  if (movie.width == source.format.width && movie.height == source.format.height) return;
+  const auto text = [](const ClipFormat& format) {
+    return std::to_string(format.width) + " x " + std::to_string(format.height);
+  };
+  throw Problem{
+      "pictures differ in size: " + text(movie) + " here, " + text(source.format) + " in " + source.name,
+      name, ""};
+}
+
+// Pictures that the source has beyond the movie's last frame.
+u64 CountRest(const PictureSource& source) {
+  picture_io::StoredPicture stored;
+  u64 rest = 0;
+  while (source.fetch(stored)) ++rest;
+  return rest;
+}
+
+// Says what was found in the end; true if all is well.
+bool Conclude(const MovieClip& clip, const PictureSource* source, u64 sourceFrames, const Findings& findings,
+              Progress& progress, Console& console) {
+  const std::string all = std::to_string(clip.video.samples.size());
+  bool isGood = true;
+  const auto complain = [&](const std::string& what) {
+    Report(console, {what, clip.name, ""});
+    isGood = false;
+  };
+  if (findings.damaged > 0) complain(std::to_string(findings.damaged) + " of " + all + " frames are damaged");
+  if (findings.different > 0) {
+    complain(std::to_string(findings.different) + " of " + std::to_string(findings.compared) +
+             " frames compared differ from " + source->name);
+  }
+  if (source != nullptr && sourceFrames != clip.video.samples.size()) {
+    complain("the number of frames differs: " + all + " here, " + std::to_string(sourceFrames) + " in " +
+             source->name);
+  }
+  if (isGood) FinishProgress(progress, Direction::verify);
+  return isGood;
+}
+
+bool VerifyClip(const std::string& input, const VerifyOptions& options, Console& console) {
+  const MovieClip clip = OpenMovieClip(input);
+  const ClipFormat format = FormatToDecode(clip);
+  std::optional<PictureSource> source;
+  if (!options.against.empty()) {
+    source = OpenPictures(options.against, options.source);
+    CheckSize(format, *source, clip.name);
+  }
+  const u64 pictureBytes = u64{picture_io::YuvuRowBytes(format.width)} * format.height;
+  Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
+  Findings findings;
+  u64 next = 0;
+  u64 sourceFrames = 0;
+  RunPipeline<VerifyJob>(
+      ShapePipeline(options.threads, 3 * pictureBytes + LargestFrame(clip)),
+      [&](VerifyJob& job) {
+        if (next == clip.video.samples.size()) return false;
+        job.frame = next++;
+        container::ReadSample(clip.movie, clip.video.samples[job.frame], job.bytes);
+        job.hasSource = source && sourceFrames == job.frame && source->fetch(job.stored);
+        sourceFrames += job.hasSource ? 1 : 0;
+        return true;
+      },
+      [&](VerifyJob& job) {
+        job.damage.reset();
+        job.difference.reset();
+        CheckFrame(job, format, PlaceOfFrame(clip, job.frame));
+        if (!job.hasSource || job.damage) return;
+        source->unpack(job.stored, job.source);
+        job.difference = FindDifference(job.decoded, job.source, source->keepsPadding);
+      },
+      [&](VerifyJob& job) {
+        Record(job, PlaceOfFrame(clip, job.frame), options.against, findings, console);
+        Advance(progress, pictureBytes, job.bytes.size());
+      });
+  if (source && sourceFrames == clip.video.samples.size()) sourceFrames += CountRest(*source);
+  return Conclude(clip, source ? &*source : nullptr, sourceFrames, findings, progress, console);
+}
+
+}  // namespace
+
+bool RunVerify(const VerifyOptions& options, Console& console) {
+  if (!options.against.empty() && options.inputs.size() != 1) {
+    throw UsageError{"--against compares one movie: give one input with it"};
+  }
+  if (options.against == "-" && options.inputs[0] == "-")
+    throw UsageError{"only one of the two can come from stdin"};
+  return ForEachInput(options.inputs, console,
+                      [&](std::size_t index) { return VerifyClip(options.inputs[index], options, console); });
+}
+
+}  // namespace vorel::tool
