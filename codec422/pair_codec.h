@@ -48,7 +48,7 @@ constexpr u32 PairWord(PairStart start) {
 // The same from the first pair of a row: its Y'0, Cb and Cr.
 template <const PixelLayout& Pixel>
 u32 FirstPairWord(const u8* row) {
-  PairStrip strip;
+  PairStrip strip = {};
   const u8* cells = FillStrip<Pixel>(row, 0, 1, 0, strip);
   return PairWord({cells[0], cells[1], cells[3]});
 }
@@ -57,7 +57,7 @@ u32 FirstPairWord(const u8* row) {
 template <const PixelLayout& Pixel>
 [[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const RowCodes8& codes, const u8* row, u32 pairs,
                                       u32 leftOfRow) {
-  PairStrip strip;
+  PairStrip strip = {};
   std::array<u16, kStripPixels> symbols;
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
@@ -71,8 +71,8 @@ template <const PixelLayout& Pixel>
 template <const FrameLayout& Layout, const PixelLayout& Pixel>
 [[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes8& codes, const u8* row,
                                        const u8* rowAbove, u32 pairs) {
-  PairStrip strip;
-  PairStrip stripAbove;
+  PairStrip strip = {};
+  PairStrip stripAbove = {};
   std::array<u16, kStripPixels> symbols;
   const u32 top = FirstPairWord<Pixel>(rowAbove);
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
@@ -86,7 +86,7 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
 
 template <const PixelLayout& Pixel>
 [[gnu::noinline]] void PutRawRow(Writer& writer, const u8* row, u32 pairs) {
-  PairStrip strip;
+  PairStrip strip = {};
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
     PutRawBytes(writer, FillStrip<Pixel>(row, pair, count, 0, strip), count * kPairCellBytes);
@@ -152,7 +152,7 @@ struct RowSource {
   u32 rowsLeft;  // of which the current one is the first
 };
 
-// A row takes a bit and at least a bit a symbol, so this many certainly follow the current row.
+// A row takes a bit and at least a bit a symbol, so in a whole frame this many follow the current row.
 inline u64 BitsBehindRow(const RowSource& source) {
   return (source.rowsLeft - u64{1}) * (1 + u64{4} * source.pairs);
 }

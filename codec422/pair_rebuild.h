@@ -27,7 +27,7 @@ PairStart RebuildLeftOnly(u8* row, std::size_t pairs, PairStart start);
 // Later rows of a progressive frame, kBandRows at once.
 //
 // above     samples of the row above the first one, with kBandBackPadding readable bytes behind
-// rows      kBandRows rows, none overlapping another or its padding
+// rows      kBandRows rows, none overlapping another or its padding; idle ones may be one and the same
 // rawRows   bit r is set if row r holds samples and not symbols
 template <ChromaSign Sign>
 void RebuildBand(const u8* above, u8* const* rows, std::size_t pairs, u32 rawRows);

@@ -31,7 +31,8 @@ struct FirstLevelHalf {
 };
 using FirstLevelTable = std::array<std::array<FirstLevelHalf, 2>, 256>;
 
-// Rows of 256 entries, by the 8 bits behind the first 8:   15..8 length of the code | 7..0 what the base lacks
+// Rows of 256 entries, by the 8 bits behind the first 8.
+//   15..8 length of the code | 7..0 what is added to the base symbol
 // Both classes share the rows. Numbers begin at 9, behind the lengths that a selector may hold.
 inline constexpr int kFirstRow = 9;
 inline constexpr int kMostRows = 24;

@@ -92,7 +92,7 @@ template <int Symbols>
 
 // Decodes `count` symbols, an even number, into `out`.
 //
-// bitsBehind   how many coded bits of the frame certainly follow this run: they allow for more look-ahead
+// bitsBehind   how many coded bits follow this run in a whole frame: they allow for more look-ahead
 //              without loading more than two words behind the last of them
 template <typename Window>
 void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t count, u64 bitsBehind) {
@@ -105,8 +105,8 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
   const u8* const end = out + count;
   u32 table = 0;  // offset in bytes of the entries for the class that comes next
   if constexpr (kWindowBits<Window> == 64) {
-    // A turn takes at most 16 symbols, and its load ends at most 123 bits behind the position: with 59 coded
-    // bits ahead that is within two words of the last one.
+    // A turn takes at most 16 symbols, and its loads end at most 127 bits behind the position that they start
+    // from: with 63 coded bits ahead that is within two words of the last one. A symbol has at least one bit.
     const std::size_t margin = bitsBehind >= 64 ? 16 : 64;
     if (count >= margin && IsReadable(reader, reader.position >> 3, 16)) {
       const u8* const outLast = end - margin;

@@ -7,8 +7,8 @@
 namespace vorel {
 
 // Code of a class A symbol followed by a class B symbol, by (B << 8 | A): the few A symbols that are frequent
-// then share cache
-// lines.   31..8 both codes, right-aligned | 7..0 their length
+// then share cache lines.
+//   31..8 both codes, right-aligned | 7..0 their length
 // Where the codes have more than 24 bits together the length is kNoPairCode. Sums of four lengths stay below
 // 256, and one such mark among four makes the sum larger than what four real entries may have at most if they
 // are to be merged.

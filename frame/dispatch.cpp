@@ -61,11 +61,20 @@ Status RunRoutine(Direction direction, u32 pixelFormat, u32 tag, const FrameCall
   return routine == nullptr ? Status::noRoutine : routine->run(call);
 }
 
-// The dispatch looks through these pointers itself, before any routine checks its arguments.
+// Encoders and strict decoders look through the word cursor and the frame before a routine has checked them.
+// Both may be misaligned: the routine then says so.
 Status CheckPointers(const FrameCall& call) {
   if (call.wordCursor == nullptr) return Status::wordCursorMissing;
-  if (call.bitCursor == nullptr) return Status::bitCursorMissing;
   return call.frame == nullptr ? Status::frameMissing : Status::complete;
+}
+
+u32 WordCursor(const FrameCall& call) {
+  return LoadNative<u32>(call.wordCursor);
+}
+
+// Moves the word cursor behind the header.
+void SkipHeader(const FrameCall& call) {
+  StoreNative(call.wordCursor, WordCursor(call) + VOREL_FRAME_HEADER_WORDS);
 }
 
 // The five header words, at any address. Bytes that must not be read are zero.
@@ -87,11 +96,12 @@ void AlignFrame(FrameCall& call, std::size_t readableBytes) {
     return;
   }
   std::size_t moved = leading;
-  *call.bitCursor += 8 * leading;
-  if (*call.bitCursor > 32) {
+  u32 bit = LoadNative<u32>(call.bitCursor) + 8 * leading;
+  if (bit > 32) {
     moved += 4;
-    *call.bitCursor -= 32;
+    bit -= 32;
   }
+  StoreNative(call.bitCursor, bit);
   call.frame = reinterpret_cast<u8*>(reinterpret_cast<std::uintptr_t>(call.frame) - moved);
   call.readableFrom = moved;
   const std::size_t most = std::numeric_limits<std::size_t>::max();
@@ -103,7 +113,9 @@ void AlignFrame(FrameCall& call, std::size_t readableBytes) {
 Status DecodeLenient(VorelFamily family, u32 pixelFormat, FrameCall call, std::size_t readableBytes,
                      u32 flags) {
   if (family >= std::size(kFamilies)) return Status::noRoutine;
-  if (const Status status = CheckPointers(call); status != Status::complete) return status;
+  if (call.frame == nullptr) return Status::frameMissing;
+  const bool aligned = reinterpret_cast<std::uintptr_t>(call.frame) % 4 == 0;
+  if (!aligned && call.bitCursor == nullptr) return Status::bitCursorMissing;
   const FamilyRow& row = kFamilies[family];
   const HeaderWords header = LoadHeader(call.frame, readableBytes);
   const bool signatureFits =
@@ -121,8 +133,8 @@ Status DecodeStrict(VorelFamily family, u32 pixelFormat, u32 formatChoice, const
   if (tag == 0) return Status::noRoutine;
   if (const Status status = CheckPointers(call); status != Status::complete) return status;
   const HeaderWords header = LoadHeader(call.frame, VOREL_FRAME_HEADER_BYTES);
-  const u32 tagOfFrame = LoadLittle32(call.frame + (std::size_t{*call.wordCursor} + 4) * 4);
-  *call.wordCursor += VOREL_FRAME_HEADER_WORDS;  // also if the frame is refused
+  const u32 tagOfFrame = LoadLittle32(call.frame + (std::size_t{WordCursor(call)} + 4) * 4);
+  SkipHeader(call);  // also if the frame is refused
   if (tagOfFrame != tag || !IsWrittenSignature(header)) return Status::noRoutine;
   const bool known = family != VOREL_GENERIC || std::ranges::find(kGenericStrictFormats, pixelFormat) !=
                                                     std::ranges::end(kGenericStrictFormats);
@@ -133,11 +145,11 @@ Status Encode(VorelFamily family, u32 pixelFormat, u32 formatChoice, const Frame
   const u32 tag = ChooseTag(family, pixelFormat, formatChoice);
   if (tag == 0) return Status::noRoutine;
   if (const Status status = CheckPointers(call); status != Status::complete) return status;
-  u8* header = call.frame + std::size_t{*call.wordCursor} * 4;
+  u8* header = call.frame + std::size_t{WordCursor(call)} * 4;
   for (std::size_t i = 0; i < kWrittenSignature.size(); ++i)
     StoreLittle32(header + 4 * i, kWrittenSignature[i]);
   StoreLittle32(header + 16, tag);
-  *call.wordCursor += VOREL_FRAME_HEADER_WORDS;
+  SkipHeader(call);
   if (kFamilies[family].encodeWithheld == pixelFormat) return Status::noRoutine;
   return RunRoutine(Direction::encode, pixelFormat, tag, call, flags);
 }

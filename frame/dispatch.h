@@ -11,7 +11,8 @@ namespace vorel {
 Status DecodeLenient(VorelFamily family, u32 pixelFormat, FrameCall call, std::size_t readableBytes,
                      u32 flags);
 
-// As DecodeLenient, but only a frame that Encode with the same arguments would have made.
+// As DecodeLenient, but only a frame that Encode with the same arguments would have made; the generic family
+// knows RGB sources alone.
 Status DecodeStrict(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags);
 
 Status Encode(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags);

@@ -12,6 +12,16 @@ using vorel::Writable;
 
 constexpr std::size_t kNoEnd = std::numeric_limits<std::size_t>::max();
 
+VorelStatus DecodeAny(VorelFamily family, vorel::u32 pixelFormat, vorel::u32 width, vorel::u32 height,
+                      vorel::i32 rowBytes, void* base, vorel::u32 colourStandard, vorel::u32* wordCursor,
+                      vorel::u32* bitCursor, const void* frame, std::size_t readableBytes, vorel::u32 flags,
+                      void* scratch) {
+  const FrameCall call = {width,          height,     rowBytes,  Writable<vorel::u8>(base),
+                          colourStandard, wordCursor, bitCursor, Writable<vorel::u8>(frame),
+                          scratch};
+  return static_cast<VorelStatus>(vorel::DecodeLenient(family, pixelFormat, call, readableBytes, flags));
+}
+
 }  // namespace
 
 extern "C" {
@@ -20,10 +30,10 @@ VorelStatus VorelDecodeBounded(VorelFamily family, uint32_t pixelFormat, uint32_
                                int32_t rowBytes, void* base, uint32_t colourStandard, uint32_t* wordCursor,
                                uint32_t* bitCursor, const void* frame, size_t readableBytes, uint32_t flags,
                                void* scratch) {
-  const FrameCall call = {width,          height,     rowBytes,  Writable<vorel::u8>(base),
-                          colourStandard, wordCursor, bitCursor, Writable<vorel::u8>(frame),
-                          scratch};
-  return static_cast<VorelStatus>(vorel::DecodeLenient(family, pixelFormat, call, readableBytes, flags));
+  // The argument check multiplies in 32 bits; up to this width its products are true.
+  if (width > VOREL_MOST_BOUNDED_WIDTH) return VOREL_BAD_WIDTH;
+  return DecodeAny(family, pixelFormat, width, height, rowBytes, base, colourStandard, wordCursor, bitCursor,
+                   frame, readableBytes, flags, scratch);
 }
 
 #define VOREL_FAMILY_ENTRIES(FAMILY, NUMBER, COLOUR_PARAMETER, COLOUR)                                       \
@@ -31,8 +41,8 @@ VorelStatus VorelDecodeBounded(VorelFamily family, uint32_t pixelFormat, uint32_
                                            int32_t rowBytes, void* base, uint32_t colourStandard,            \
                                            uint32_t* wordCursor, uint32_t* bitCursor, const uint32_t* frame, \
                                            uint32_t flags, void* scratch) {                                  \
-    return VorelDecodeBounded(NUMBER, pixelFormat, width, height, rowBytes, base, colourStandard,            \
-                              wordCursor, bitCursor, frame, kNoEnd, flags, scratch);                         \
+    return DecodeAny(NUMBER, pixelFormat, width, height, rowBytes, base, colourStandard, wordCursor,         \
+                     bitCursor, frame, kNoEnd, flags, scratch);                                              \
   }                                                                                                          \
   VorelStatus Vorel##FAMILY##Encode(uint32_t pixelFormat, uint32_t formatChoice, uint32_t width,             \
                                     uint32_t height, int32_t rowBytes, const void* base COLOUR_PARAMETER,    \

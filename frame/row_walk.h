@@ -16,7 +16,8 @@ struct RowWalk {
 inline RowWalk OpenRowWalk(const void* base, u32 height, i32 rowBytes) {
   const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(base);
   const std::intptr_t step = rowBytes;
-  const std::uintptr_t length = static_cast<std::uintptr_t>(step < 0 ? -step : step);
+  const std::uintptr_t bits = static_cast<std::uintptr_t>(step);
+  const std::uintptr_t length = step < 0 ? 0 - bits : bits;
   RowWalk walk = {first, first + length, first + length * height, step};
   if (step < 0) {
     walk.row = first + length * (height - 1);

@@ -7,7 +7,7 @@
 namespace vorel {
 
 // family         one of VOREL_GENERIC to VOREL_YCBCR_8BW_422
-// formatChoice   VOREL_KEEP_ALPHA and VOREL_INTERLACED; alpha counts only where the pixel format has a channel
+// formatChoice   VOREL_KEEP_ALPHA and VOREL_INTERLACED; alpha counts where the pixel format has a channel
 // Returns the canonical tag, or 0 if the rule does not know the pixel format.
 u32 ChooseTag(VorelFamily family, u32 pixelFormat, u32 formatChoice);
 

@@ -3,9 +3,9 @@
  * Words and cursors. A position in a frame is a pair of numbers: the word cursor counts 32-bit words from the
  * start of the frame, the bit cursor counts the bits used of that word, most significant first. On entry the
  * bit cursor may be 32 or more. On return, also on failure, the bit cursor is 0 to 31 and the word cursor is
- * its value on entry PLUS the index of the word in which the routine stopped: the entry value is counted
- * twice. Frames are recorded with the size that these cursors give, (word cursor * 32 + 7 + bit cursor) / 8,
- * which is 20 bytes more than the words that hold bits.
+ * its value on entry to the frame routine (5 behind a header) PLUS the index of the word in which the routine
+ * stopped: the entry value is counted twice. Frames are recorded with the size that these cursors give, (word
+ * cursor * 32 + 7 + bit cursor) / 8, which behind a header is 20 bytes more than the bytes that hold bits.
  */
 #ifndef VOREL_FRAME_CODEC_H
 #define VOREL_FRAME_CODEC_H
@@ -60,7 +60,7 @@ enum { VOREL_COLOUR_601 = 0, VOREL_COLOUR_709 = 1, VOREL_COLOUR_240M = 2 };
 /* Bytes of a frame before its bit stream, and the words that they fill. */
 enum { VOREL_FRAME_HEADER_BYTES = 20, VOREL_FRAME_HEADER_WORDS = 5 };
 
-/* Whose dispatch a bounded decode goes by: the generic one knows every frame, the others those of one family. */
+/* Whose dispatch a bounded decode goes by: the generic one knows every frame, the others those of a family. */
 typedef uint32_t VorelFamily;
 enum {
   VOREL_GENERIC = 0,
@@ -79,16 +79,20 @@ enum {
  * tag            format tag as it stands in word 4 of a frame, read as a little-endian number
  * width, height  of the picture, in pixels
  *
- * A buffer for encoding holds the header, this bound and the 20 bytes by which frames are recorded too long:
- * bound + 40 bytes, zeroed before use.
+ * A buffer for encoding at word cursor 0 holds the header, this bound and the 20 bytes by which frames are
+ * recorded too long: bound + 40 bytes, zeroed before use. An attempted row that was given up may leave codes
+ * behind the last word; whoever stores a frame clears what is recorded behind it.
  */
 VOREL_API uint32_t VorelMaxFrameBytes(uint32_t tag, uint32_t width, uint32_t height);
 
 /* The canonical tag for any accepted spelling of it; every other word comes back unchanged. */
 VOREL_API uint32_t VorelNormalizeFormatTag(uint32_t word);
 
-/* Bytes of row buffer that serve every frame of this width in pixels, given a block that is 4-byte aligned. */
+/* Bytes of row buffer that serve every frame of this width in pixels, in a block that is 4-byte aligned. */
 VOREL_API uint32_t VorelScratchBytes(uint32_t width);
+
+/* The widest picture, in pixels, that VorelDecodeBounded takes. */
+enum { VOREL_MOST_BOUNDED_WIDTH = 1 << 24 };
 
 /* Decodes one frame into a picture and reads nothing outside the bytes it was lent: the way in for every
  * frame that comes from outside.
@@ -96,7 +100,8 @@ VOREL_API uint32_t VorelScratchBytes(uint32_t width);
  * family          whose dispatch decides which signatures, tags and pixel formats are known; any other number
  *                 than the eight returns VOREL_NO_ROUTINE
  * pixelFormat     four-character code ('yuvu' is 0x79757675), or 32 or 24
- * width, height   of the picture in pixels, at least 1; a frame does not carry them
+ * width, height   of the picture in pixels, at least 1; a frame does not carry them. Wider pictures than
+ *                 VOREL_MOST_BOUNDED_WIDTH return VOREL_BAD_WIDTH
  * rowBytes        distance of two rows in bytes, a multiple of 4; negative for a bottom-up picture
  * base            lowest address of the picture: |rowBytes| * height bytes, 4-byte aligned. Bytes behind the
  *                 last pixel of a row stay untouched; 4:2:2 rows of odd width hold their last pair whole
@@ -105,7 +110,7 @@ VOREL_API uint32_t VorelScratchBytes(uint32_t width);
  * frame           the frame, at any byte address
  * readableBytes   how many bytes from `frame` on may be read; bits behind them read as zero
  * flags           0, or VOREL_LITTLE_ENDIAN_B64A
- * scratch         row buffer of VorelScratchBytes(width) bytes, overwritten; may be null for interlaced frames
+ * scratch         row buffer of VorelScratchBytes(width) bytes, overwritten; null will do for interlaced frames
  *
  * Returns VOREL_COMPLETE and the whole picture, or the first failure; rows decoded before it stay in the
  * picture. A frame that is cut short decodes to the end of the picture from zero bits: compare the cursors
@@ -144,7 +149,7 @@ VOREL_LENIENT_DECODE(VorelYCbCr8bw422LenientDecode);
  * frame           VorelMaxFrameBytes + 40 zeroed bytes, 4-byte aligned; nothing is stored behind the bound
  *
  * Returns VOREL_NO_ROUTINE with the frame untouched if the pixel format has no tag here, and with the header
- * written if no routine serves the pair. The generic form takes no colour standard and encodes as if it were 0.
+ * written if no routine serves the pair. The generic form takes no colour standard and acts as for 0.
  */
 #define VOREL_ENCODE(NAME, COLOUR_STANDARD)                                                                \
   VOREL_API VorelStatus NAME(uint32_t pixelFormat, uint32_t formatChoice, uint32_t width, uint32_t height, \
@@ -165,6 +170,7 @@ VOREL_ENCODE(VorelYCbCr8bw422Encode, VOREL_COLOUR_STANDARD);
 /* Strict decode: decodes a frame that the encode function of the same name has just made, for comparing it
  * with its source. It accepts only the signature and the tag that the encoder would write; header words are
  * looked for at the word cursor (the signature at word 0), which moves by 5 before the signature is judged.
+ * The generic form knows RGB sources only, and 'A46L' is not among them.
  */
 #define VOREL_STRICT_DECODE(NAME, COLOUR_STANDARD)                                                         \
   VOREL_API VorelStatus NAME(uint32_t pixelFormat, uint32_t formatChoice, uint32_t width, uint32_t height, \

@@ -1,4 +1,5 @@
-// VorelDecodeBounded: nothing outside the lent bytes is read, wherever a frame ends; bits behind the end are zero.
+// VorelDecodeBounded: nothing outside the lent bytes is read, wherever a frame ends; bits behind the end are
+// zero.
 #include <gtest/gtest.h>
 
 #include "base/bytes.h"
@@ -129,6 +130,20 @@ TEST(BoundedDecode, ACursorFarBehindTheFrameReadsZeros) {
     if (word < 0xF0000000u) {
       for (std::size_t i = 0; i < picture.size(); ++i) EXPECT_EQ(picture[i], i % 2 == 0 ? 128 : 0);
     }
+  }
+}
+
+// The argument check alone would let such widths through: its products wrap in 32 bits.
+TEST(BoundedDecode, WidthsThatWrapAreRefused) {
+  const std::vector<u8> bytes = MakeFrame(MakePicture(Kind::photo, 8, 2, 5), 8, true);
+  for (const u32 width : {0x01000001u, 0x08000000u, 0x10000000u, 0x7FFFFFFFu}) {
+    Guarded picture(64, 0x3C);
+    u32 word = 5;
+    u32 bit = 0;
+    EXPECT_EQ(VorelDecodeBounded(VOREL_GENERIC, kYuvu, width, 1, 64, picture.data(), 0, &word, &bit,
+                                 bytes.data(), bytes.size(), 0, nullptr),
+              8u);
+    EXPECT_TRUE(picture.MarksIntact());
   }
 }
 

@@ -270,7 +270,8 @@ TEST_F(Dispatch, RealigningMovesTheBitCursorAlsoWhenTheFrameIsRefused) {
   EXPECT_EQ(bit, 1u);
 }
 
-// Beyond 32 the alignment step moves the frame pointer one word back and so the stream two words: to where the stream then stands.
+// Beyond 32 the alignment step moves the frame pointer one word back and so the stream two words: to where
+// the stream then stands.
 TEST_F(Dispatch, RealigningFromALateBitMovesTheStreamTwoWordsBack) {
   // The frame begins at byte 1; bit cursor 31 becomes 39 and then 7, counted from the word before.
   std::vector<u8> bytes(512, 0);
@@ -308,6 +309,52 @@ TEST_F(Dispatch, MissingPointersAreToldAndNotFollowed) {
   EXPECT_EQ(VorelYCbCr8bw422StrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), 0, &word, &bit, nullptr, 0,
                                          scratch.data()),
             17u);
+}
+
+// What the dispatch need not look through is left to the routine's own tests, in their order.
+TEST_F(Dispatch, PointersThatItDoesNotUseDoNotComeFirst) {
+  const u32* const words = frame.data();
+  u32* const none = nullptr;
+  void* const store = scratch.data();
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 0, 2, 8, copy.data(), 0, none, none, words, 0, store), 8u);
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, nullptr, 0, none, &bit, words, 0, store), 11u);
+  EXPECT_EQ(VorelGenericLenientDecode(32, 4, 2, 8, copy.data(), 0, none, none, words, 0, store), 7u);
+  word = 0;
+  EXPECT_EQ(VorelGenericEncode(kYuvu, 0, 4, 2, 8, picture.data(), &word, none, frame.data(), 0), 15u);
+  EXPECT_EQ(word, 5u);  // the header has been written
+  word = 0;
+  EXPECT_EQ(VorelGenericEncode(kYuvu, 0, 0, 2, 8, picture.data(), &word, none, frame.data(), 0), 8u);
+  Bytes()[0] ^= 1;
+  word = 0;
+  EXPECT_EQ(VorelYCbCr8bw422StrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), 0, &word, none, words, 0, store),
+            7u);
+  EXPECT_EQ(word, 5u);
+}
+
+TEST_F(Dispatch, MisalignedCursorsAreToldByTheRoutine) {
+  std::array<u32, 4> cursors = {};
+  u32* const odd = reinterpret_cast<u32*>(reinterpret_cast<u8*>(cursors.data()) + 1);
+  const u32* const words = frame.data();
+  void* const store = scratch.data();
+  bit = 0;
+  word = 5;
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, odd, &bit, words, 0, store), 14u);
+  EXPECT_EQ(VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, odd, words, 0, store), 16u);
+  EXPECT_EQ(VorelGenericEncode(kYuvu, 0, 4, 2, 8, picture.data(), odd, &bit, frame.data(), 0), 14u);
+  EXPECT_EQ(LoadNative<u32>(odd), 5u);
+  word = 0;
+  EXPECT_EQ(VorelGenericEncode(kYuvu, 0, 4, 2, 8, picture.data(), &word, odd, frame.data(), 0), 16u);
+  StoreNative(odd, u32{0});
+  EXPECT_EQ(VorelYCbCr8bw422StrictDecode(kYuvu, 0, 4, 2, 8, copy.data(), 0, odd, &bit, words, 0, store), 14u);
+}
+
+TEST_F(Dispatch, FlagsMeanNothingToYuvu) {
+  word = 5;
+  bit = 0;
+  const u32 status = VorelGenericLenientDecode(kYuvu, 4, 2, 8, copy.data(), 0, &word, &bit, frame.data(),
+                                               0xFFFFFFFF, scratch.data());
+  EXPECT_EQ(status, 0u);
+  EXPECT_EQ(copy, picture);
 }
 
 TEST_F(Dispatch, ProgressiveFramesNeedScratchAndInterlacedOnesDoNot) {

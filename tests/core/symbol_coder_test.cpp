@@ -82,7 +82,8 @@ TYPED_TEST(SymbolCoder, DecodesFromAFrameOfAnyLengthBehind) {
   }
 }
 
-// A frame without a known end: the last run of it is followed by no coded bits, and two words are the most that is looked at.
+// A frame without a known end: the last run of it is followed by no coded bits, and two words are the most
+// that is looked at.
 TYPED_TEST(SymbolCoder, LooksAtMostTwoWordsBehindTheLastCodedBit) {
   for (u32 seed = 0; seed < 300; ++seed) {
     const std::size_t count = 2 * (1 + seed % 150);

@@ -107,14 +107,14 @@ EncodeResult EncodeWide(const Picture& picture, bool interlaced, uint32_t width,
       for (const char bit : code.words[static_cast<size_t>(residual)]) bits.push_back(bit == '1');
     }
     if (bits.size() / 32 - rowStart / 32 > pairs) {
-      if (IsPastBound(bits.size(), firstWord, boundBytes)) return {1, bits};
+      if (IsPastBound(bits.size(), firstWord, boundBytes)) return {1, bits, true};
       bits.resize(rowStart);
       bits.push_back(true);
       for (const uint8_t sample : picture[y]) PutByte(bits, sample);
     }
-    if (IsPastBound(bits.size(), firstWord, boundBytes)) return {1, bits};
+    if (IsPastBound(bits.size(), firstWord, boundBytes)) return {1, bits, false};
   }
-  return {0, bits};
+  return {0, bits, false};
 }
 
 DecodeResult DecodeWide(const Bits& bits, uint64_t position, bool interlaced, uint32_t width, uint32_t height,

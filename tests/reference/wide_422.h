@@ -21,7 +21,8 @@ using Picture = std::vector<std::vector<std::uint8_t>>;
 
 struct EncodeResult {
   std::uint32_t status;
-  Bits bits;  // the whole frame up to the position at which the coder stopped
+  Bits bits;           // the whole frame up to the position at which the coder stopped
+  bool attemptFailed;  // whether a status of 1 came from a row that was about to be given up
 };
 
 // bits       what stands in the frame before the first coded bit
