@@ -56,7 +56,7 @@ bool TargetExists(const std::string& target, bool overwrite) {
 std::string FollowLinks(const std::string& path) {
   char* resolved = realpath(path.c_str(), nullptr);
   if (resolved == nullptr) throw SystemProblem("cannot be written", path, errno);
-  const std::string result = resolved;
+  std::string result = resolved;
   std::free(resolved);
   return result;
 }

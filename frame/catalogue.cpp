@@ -23,22 +23,16 @@ namespace {
 constexpr bool kMatrixS = false;
 [[maybe_unused]] constexpr bool kMatrixM = true;
 
-using ExportedRoutine = void (*)();
-
-template <typename Routine>
-ExportedRoutine Erase(Routine* routine) {
-  return reinterpret_cast<ExportedRoutine>(routine);
-}
-
-#define VOREL_ROUTINE(DIRECTION, NAME, K, LAYOUT, SCAN, PIXEL, SCRATCH)                                    \
-  FrameRoutine{#NAME,     Direction::DIRECTION, &LAYOUT, Scan::SCAN, Px_##PIXEL.code, kMatrix##K, SCRATCH, \
-               NAME##Run, Erase(NAME)},
+#define VOREL_ROUTINE(DIRECTION, NAME, K, LAYOUT, SCAN, PIXEL, SCRATCH)                                  \
+  FrameRoutine{                                                                                          \
+      #NAME, Direction::DIRECTION, &LAYOUT, Scan::SCAN, Px_##PIXEL.code, kMatrix##K, SCRATCH, NAME##Run, \
+      NAME},
 #define VOREL_ENCODE_ROUTINE(K, LAYOUT, SCAN, PIXEL) \
   VOREL_ROUTINE(encode, Vorel##LAYOUT##SCAN##From##PIXEL##Encode, K, LAYOUT, SCAN, PIXEL, false)
 #define VOREL_DECODE_ROUTINE(K, LAYOUT, SCAN, PIXEL) \
   VOREL_ROUTINE(decode, Vorel##LAYOUT##SCAN##To##PIXEL##Decode, K, LAYOUT, SCAN, PIXEL, Scan::SCAN == Scan::p)
 
-const FrameRoutine kRoutines[] = {
+constinit const FrameRoutine kRoutines[] = {
     // clang-format off
     VOREL_ENCODERS(VOREL_ENCODE_ROUTINE, p)
     VOREL_ENCODERS(VOREL_ENCODE_ROUTINE, i)

@@ -28,11 +28,6 @@ const FrameRoutine* RoutineOf(const VectorCase& fields) {
   return nullptr;
 }
 
-// The four argument lists of frame routines of one colour model are two here: with and without a row buffer.
-using EncodeRoutine = VorelStatus(u32, u32, i32, const void*, u32*, u32*, u32*);
-using DecodeRoutine = VorelStatus(u32, u32, i32, void*, u32*, u32*, const u32*);
-using DecodeRoutineWithScratch = VorelStatus(u32, u32, i32, void*, u32*, u32*, const u32*, void*);
-
 void RunEncodeCase(const VectorCase& fields, const FrameRoutine& routine) {
   const std::vector<u8> picture = FromHex(fields.at("picture"));
   const std::vector<u8> lead = FromHex(fields.at("lead"));
@@ -47,10 +42,9 @@ void RunEncodeCase(const VectorCase& fields, const FrameRoutine& routine) {
   std::copy(picture.begin(), picture.end(), source.data());
   Guarded frame(4 * first + bound, 0x5A);
   std::copy(lead.begin(), lead.end(), frame.data() + 4 * first);
-  const auto encode = reinterpret_cast<EncodeRoutine*>(routine.exported);
-  const u32 status =
-      encode(Number(fields, "width"), Number(fields, "height"), std::stoi(fields.at("row_bytes")),
-             source.data(), &word, &bit, reinterpret_cast<u32*>(frame.data()));
+  const u32 status = routine.exported.encode(Number(fields, "width"), Number(fields, "height"),
+                                             std::stoi(fields.at("row_bytes")), source.data(), &word, &bit,
+                                             reinterpret_cast<u32*>(frame.data()));
   EXPECT_EQ(status, Number(fields, "status"));
   EXPECT_EQ(word, Number(fields, "word_cursor_after"));
   EXPECT_EQ(bit, Number(fields, "bit_cursor_after"));
@@ -77,11 +71,10 @@ void RunDecodeCase(const VectorCase& fields, const FrameRoutine& routine) {
   Guarded scratch(RowStoreBytes(width), 0x77);
   u32 status = 0;
   if (routine.takesScratch) {
-    const auto decode = reinterpret_cast<DecodeRoutineWithScratch*>(routine.exported);
-    status = decode(width, height, rowBytes, picture.data(), &word, &bit, frame.data(), scratch.data());
+    status = routine.exported.scratchDecode(width, height, rowBytes, picture.data(), &word, &bit,
+                                            frame.data(), scratch.data());
   } else {
-    const auto decode = reinterpret_cast<DecodeRoutine*>(routine.exported);
-    status = decode(width, height, rowBytes, picture.data(), &word, &bit, frame.data());
+    status = routine.exported.decode(width, height, rowBytes, picture.data(), &word, &bit, frame.data());
   }
   EXPECT_EQ(status, Number(fields, "status"));
   EXPECT_EQ(word, Number(fields, "word_cursor_after"));
