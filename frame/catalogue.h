@@ -11,8 +11,8 @@ namespace vorel {
 
 enum class Direction : u8 { encode, decode };
 
-// A routine with the argument list that it is exported with: encoders and decoders, with a colour standard where a
-// matrix is needed, with scratch where a progressive frame is decoded. Other lists do not compile.
+// A routine with the argument list that it is exported with: encoders and decoders, with a colour standard
+// where a matrix is needed, with scratch where a progressive frame is decoded. Other lists do not compile.
 union ExportedRoutine {
   using Encode = VorelStatus(u32, u32, i32, const void*, u32*, u32*, u32*);
   using MatrixEncode = VorelStatus(u32, u32, i32, const void*, u32, u32*, u32*, u32*);

@@ -125,7 +125,8 @@ inline constexpr FrameLayout YCbCr10bv444 = {
 inline constexpr FrameLayout YCbCrA10bv4444 = {
     ColourModel::ycbcr, 10, Unit::pixel, true, ChromaSign::isUnsigned, kStart10bvAlpha,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive444, CodeSetId::video10Interlaced444},
-    VOREL_TAGS("CA4p", "CA4i"), FourCharacterCode("Vrl5"), {"Y'CbCrA 10bv 4:4:4:4p", "Y'CbCrA 10bv 4:4:4:4i"}};
+    VOREL_TAGS("CA4p", "CA4i"),
+    FourCharacterCode("Vrl5"), {"Y'CbCrA 10bv 4:4:4:4p", "Y'CbCrA 10bv 4:4:4:4i"}};
 inline constexpr FrameLayout YCbCr8bv444 = {
     ColourModel::ycbcr, 8, Unit::pixel, false, ChromaSign::isUnsigned, kStart8bv,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::progressive8b444, CodeSetId::interlaced8b444},
@@ -145,11 +146,13 @@ inline constexpr FrameLayout YCbCrA8bu4444 = {
 inline constexpr FrameLayout YCbCr10bv422 = {
     ColourModel::ycbcr, 10, Unit::pair, false, ChromaSign::isUnsigned, kStart10bv,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive422, CodeSetId::video10Interlaced422},
-    VOREL_TAGS("\xA2YRY", "\xA2YRy"), FourCharacterCode("Vrl6"), {"Y'CbCr 10bv 4:2:2p", "Y'CbCr 10bv 4:2:2i"}};
+    VOREL_TAGS("\xA2YRY", "\xA2YRy"),
+    FourCharacterCode("Vrl6"), {"Y'CbCr 10bv 4:2:2p", "Y'CbCr 10bv 4:2:2i"}};
 inline constexpr FrameLayout YCbCrA10bv4224 = {
     ColourModel::ycbcr, 10, Unit::pair, true, ChromaSign::isUnsigned, kStart10bvAlpha,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive422, CodeSetId::video10Interlaced422},
-    VOREL_TAGS("CA2p", "CA2i"), FourCharacterCode("Vrl6"), {"Y'CbCrA 10bv 4:2:2:4p", "Y'CbCrA 10bv 4:2:2:4i"}};
+    VOREL_TAGS("CA2p", "CA2i"),
+    FourCharacterCode("Vrl6"), {"Y'CbCrA 10bv 4:2:2:4p", "Y'CbCrA 10bv 4:2:2:4i"}};
 inline constexpr FrameLayout YCbCr8bv422 = {
     ColourModel::ycbcr, 8, Unit::pair, false, ChromaSign::isUnsigned, kStart8bv,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::video8Progressive422, CodeSetId::video8Interlaced422},

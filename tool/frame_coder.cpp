@@ -148,7 +148,7 @@ FrameEnd DecodeFrame(const std::vector<u8>& frame, const picture_io::ClipFormat&
   const FrameEnd end = {u64{wordCursor - VOREL_FRAME_HEADER_WORDS} * 4 + (bitCursor + 7) / 8,
                         RecordedBytes(wordCursor, bitCursor)};
   if (end.usedBytes > frame.size()) {
-    throw Problem{"the frame is cut short: its bits need " + std::to_string(end.usedBytes) +
+    throw Problem{"the frame is cut short or damaged: its bits need " + std::to_string(end.usedBytes) +
                       " bytes, it has " + std::to_string(frame.size()),
                   place, "fetch or make the movie again"};
   }

@@ -60,7 +60,7 @@ enum { VOREL_COLOUR_601 = 0, VOREL_COLOUR_709 = 1, VOREL_COLOUR_240M = 2 };
 /* Bytes of a frame before its bit stream, and the words that they fill. */
 enum { VOREL_FRAME_HEADER_BYTES = 20, VOREL_FRAME_HEADER_WORDS = 5 };
 
-/* Whose dispatch a bounded decode goes by: the generic one knows every frame, the others those of a family. */
+/* Whose dispatch a bounded decode goes by: the generic one knows all frames, the others those of a family. */
 typedef uint32_t VorelFamily;
 enum {
   VOREL_GENERIC = 0,
@@ -110,7 +110,7 @@ enum { VOREL_MOST_BOUNDED_WIDTH = 1 << 24 };
  * frame           the frame, at any byte address
  * readableBytes   how many bytes from `frame` on may be read; bits behind them read as zero
  * flags           0, or VOREL_LITTLE_ENDIAN_B64A
- * scratch         row buffer of VorelScratchBytes(width) bytes, overwritten; null will do for interlaced frames
+ * scratch         row buffer of VorelScratchBytes(width) bytes, overwritten; null does for interlaced frames
  *
  * Returns VOREL_COMPLETE and the whole picture, or the first failure; rows decoded before it stay in the
  * picture. A frame that is cut short decodes to the end of the picture from zero bits: compare the cursors

@@ -6,10 +6,10 @@
  * base             lowest address of the picture, |rowBytes| * height bytes, 4-byte aligned
  * colourStandard   VOREL_COLOUR_*; only where frame and pixel format differ in colour model
  * wordCursor, bitCursor   in: where the bit stream begins, 5 and 0 behind a header; out: see frame_codec.h
- * frame            the frame's first word, 4-byte aligned. Encoders store nothing at or behind the bound: 4 *
- *                  (word cursor + bit cursor / 32) + VorelMaxFrameBytes. Decoders load at most two words behind
- *                  the last coded bit of a whole frame; a damaged one is read on up to the bound, one row of
- *                  codes at their longest (16 bits a sample) and two words. See VorelDecodeBounded
+ * frame            the frame's first word, 4-byte aligned. Encoders store nothing at or behind the bound:
+ *                  4 * (word cursor + bit cursor / 32) + VorelMaxFrameBytes. Decoders load at most two words
+ *                  behind the last coded bit of a whole frame; a damaged one is read on up to the bound, one row
+ *                  of codes at their longest (16 bits a sample) and two words. See VorelDecodeBounded
  * scratch          row buffer of VorelScratchBytes(width) bytes; only in decoders of progressive frames
  *
  * Returns VOREL_COMPLETE or the first failure. Arguments are tested first, in a fixed order, and nothing is

@@ -262,8 +262,8 @@ TEST(Bounds, ReadingPastTheFrameBoundEndsWith4AndKeepsTheRowsSoFar) {
   EXPECT_NE(decoded.picture[untouched - 1], 0xA5);
 }
 
-// Narrow pictures of a special kind creep past the bound row by row: predicted rows may be up to 31 bits longer
-// than raw ones. The bound is met with an attempted row in place, or behind a row that stays.
+// Narrow pictures of a special kind creep past the bound row by row: predicted rows may be up to 31 bits
+// longer than raw ones. The bound is met with an attempted row in place, or behind a row that stays.
 TEST(Bounds, AnHonestPictureCanPassTheFrameBoundAndNothingIsStoredBehindIt) {
   u32 inAttempt = 0;
   u32 behindRow = 0;

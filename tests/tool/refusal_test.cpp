@@ -141,7 +141,7 @@ TEST(Refusal, FrameCutShortIsNamedThoughItDecodes) {
   const Outcome outcome = RunVorel(folder, {"decode", "bad.mov"});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_TRUE(Contains(outcome.err, "bad.mov: frame 5 at byte ")) << outcome.err;
-  EXPECT_TRUE(Contains(outcome.err, "the frame is cut short: its bits need ")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err, "the frame is cut short or damaged: its bits need ")) << outcome.err;
   EXPECT_EQ(FilesIn(folder), "bad.mov brook.mov");
 }
 
