@@ -104,6 +104,13 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
   };
   const u8* const end = out + count;
   u32 table = 0;  // offset in bytes of the entries for the class that comes next
+  // Decodes one symbol of any length from the next 32 bits and gives the bits that it takes.
+  const auto takeOne = [&](u32 next) {
+    const DecodedSymbol decoded = DecodeSymbol(*codes.codes, table == 0 ? CodeClass::a : CodeClass::b, next);
+    *out++ = static_cast<u8>(decoded.symbol);
+    table ^= kGroupTableBytes;
+    return decoded.length;
+  };
   if constexpr (kWindowBits<Window> == 64) {
     // A turn takes at most 16 symbols, and its loads end at most 127 bits behind the position that they start
     // from: with 63 coded bits ahead that is within two words of the last one. A symbol has at least one bit.
@@ -138,12 +145,9 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
           window |= LoadBig64(reader.frame + offset) >> valid;
           offset += (63 - valid) >> 3;
           valid |= 56;
-          const CodeClass codeClass = table == 0 ? CodeClass::a : CodeClass::b;
-          const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, static_cast<u32>(window >> 32));
-          *out++ = static_cast<u8>(decoded.symbol);
-          window <<= decoded.length;
-          valid -= decoded.length;
-          table ^= kGroupTableBytes;
+          const u32 length = takeOne(static_cast<u32>(window >> 32));
+          window <<= length;
+          valid -= length;
         }
       }
       reader.position = offset * 8 - valid;
@@ -164,11 +168,7 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
       }
       reader.position += used;
       if ((entry & 255) == 0) [[unlikely]] {
-        const CodeClass codeClass = table == 0 ? CodeClass::a : CodeClass::b;
-        const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, PeekWord(reader));
-        *out++ = static_cast<u8>(decoded.symbol);
-        reader.position += decoded.length;
-        table ^= kGroupTableBytes;
+        reader.position += takeOne(PeekWord(reader));
       }
     }
   }
@@ -185,11 +185,7 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
       reader.position += entry & 255;
       table = static_cast<u32>(entry >> 16 & 0xFFFF);
     } else {
-      const CodeClass codeClass = table == 0 ? CodeClass::a : CodeClass::b;
-      const DecodedSymbol decoded = DecodeSymbol(*codes.codes, codeClass, window);
-      *out++ = static_cast<u8>(decoded.symbol);
-      reader.position += decoded.length;
-      table ^= kGroupTableBytes;
+      reader.position += takeOne(window);
     }
   }
 }

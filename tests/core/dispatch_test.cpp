@@ -19,17 +19,16 @@ using LenientDecode = decltype(VorelGenericLenientDecode)*;
 struct Decoder {
   const char* name;
   LenientDecode decode;
-  bool readsBothSignatures;
   bool knowsWideFrames;
 };
-const std::array<Decoder, 8> kDecoders = {{{"generic", VorelGenericLenientDecode, true, true},
-                                           {"RGB 10bf", VorelRGB10bfLenientDecode, false, false},
-                                           {"RGB 8bf", VorelRGB8bfLenientDecode, true, false},
-                                           {"10bv 4:4:4", VorelYCbCr10bv444LenientDecode, false, false},
-                                           {"8b 4:4:4", VorelYCbCr8b444LenientDecode, true, false},
-                                           {"10bv 4:2:2", VorelYCbCr10bv422LenientDecode, false, false},
-                                           {"8bv 4:2:2", VorelYCbCr8bv422LenientDecode, true, false},
-                                           {"8bw 4:2:2", VorelYCbCr8bw422LenientDecode, true, true}}};
+const std::array<Decoder, 8> kDecoders = {{{"generic", VorelGenericLenientDecode, true},
+                                           {"RGB 10bf", VorelRGB10bfLenientDecode, false},
+                                           {"RGB 8bf", VorelRGB8bfLenientDecode, false},
+                                           {"10bv 4:4:4", VorelYCbCr10bv444LenientDecode, false},
+                                           {"8b 4:4:4", VorelYCbCr8b444LenientDecode, false},
+                                           {"10bv 4:2:2", VorelYCbCr10bv422LenientDecode, false},
+                                           {"8bv 4:2:2", VorelYCbCr8bv422LenientDecode, false},
+                                           {"8bw 4:2:2", VorelYCbCr8bw422LenientDecode, true}}};
 
 // A frame of 4 x 2 pixels in a buffer of words, with room behind.
 class Dispatch : public testing::Test {
@@ -274,7 +273,6 @@ TEST_F(Dispatch, RealigningMovesTheBitCursorAlsoWhenTheFrameIsRefused) {
 // the stream then stands.
 TEST_F(Dispatch, RealigningFromALateBitMovesTheStreamTwoWordsBack) {
   // The frame begins at byte 1; bit cursor 31 becomes 39 and then 7, counted from the word before.
-  std::vector<u8> bytes(512, 0);
   std::vector<u32> words(128, 0);
   u8* base = reinterpret_cast<u8*>(words.data()) + 64;
   std::memcpy(base + 1, frame.data(), 20);
