@@ -6,18 +6,14 @@
 
 #include "codec422/pair_prediction.h"
 #include "codec422/pair_rebuild.h"
+#include "entropy/row_codes.h"
 #include "entropy/symbol_coder.h"
 #include "frame/argument_check.h"
 #include "frame/frame_bounds.h"
 #include "frame/row_walk.h"
-#include "pixel/load.h"
-#include "pixel/store.h"
+#include "pixel/pair_strip.h"
 
 namespace vorel {
-
-inline const RowCodes8& RowCodesOf(CodeSetId id) {
-  return id == CodeSetId::wide8Progressive ? kWide8ProgressiveRows : kWide8InterlacedRows;
-}
 
 template <const FrameLayout& Layout>
 inline constexpr PairStart kFirstRowStart = {static_cast<u8>(Layout.start.luma),
@@ -49,19 +45,19 @@ constexpr u32 PairWord(PairStart start) {
 template <const PixelLayout& Pixel>
 u32 FirstPairWord(const u8* row) {
   PairStrip strip = {};
-  const u8* cells = FillStrip<Pixel>(row, 0, 1, 0, strip);
+  const u8* cells = FillPairs<Pixel>(row, 0, 1, 0, strip);
   return PairWord({cells[0], cells[1], cells[3]});
 }
 
 // Codes a row by the left-only rule. `leftOfRow` stands for the pair before the first one: Y', Cb, Y', Cr.
 template <const PixelLayout& Pixel>
-[[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const RowCodes8& codes, const u8* row, u32 pairs,
+[[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const RowCodes<256>& codes, const u8* row, u32 pairs,
                                       u32 leftOfRow) {
   PairStrip strip = {};
   std::array<u16, kStripPixels> symbols;
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
-    PredictLeftOnly(FillStrip<Pixel>(row, pair, count, leftOfRow, strip), symbols.data());
+    PredictLeftOnly(FillPairs<Pixel>(row, pair, count, leftOfRow, strip), symbols.data());
     PutSymbolPairs(writer, codes, symbols.data(), count * 2);
   }
 }
@@ -69,7 +65,7 @@ template <const PixelLayout& Pixel>
 // Codes a later row of a progressive frame; the row above is read from the source too. Nothing is left of the
 // first pair: L and TL are both T there.
 template <const FrameLayout& Layout, const PixelLayout& Pixel>
-[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes8& codes, const u8* row,
+[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes<256>& codes, const u8* row,
                                        const u8* rowAbove, u32 pairs) {
   PairStrip strip = {};
   PairStrip stripAbove = {};
@@ -77,8 +73,8 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
   const u32 top = FirstPairWord<Pixel>(rowAbove);
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
-    const u8* cells = FillStrip<Pixel>(row, pair, count, top, strip);
-    const u8* above = FillStrip<Pixel>(rowAbove, pair, count, top, stripAbove);
+    const u8* cells = FillPairs<Pixel>(row, pair, count, top, strip);
+    const u8* above = FillPairs<Pixel>(rowAbove, pair, count, top, stripAbove);
     PredictFromAbove<Layout.chromaSign>(cells, above, symbols.data());
     PutSymbolPairs(writer, codes, symbols.data(), count * 2);
   }
@@ -89,18 +85,18 @@ template <const PixelLayout& Pixel>
   PairStrip strip = {};
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
-    PutRawBytes(writer, FillStrip<Pixel>(row, pair, count, 0, strip), count * kPairCellBytes);
+    PutRawBytes(writer, FillPairs<Pixel>(row, pair, count, 0, strip), count * kPairCellBytes);
   }
 }
 
 template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
 Status EncodeFrame(const FrameCall& call, const char* routineName) {
-  const Status checked = CheckArguments(call, Pixel.significantBits, routineName);
+  const Status checked = CheckArguments(call, SignificantBits(Pixel, Layout.samples.alpha), routineName);
   if (checked != Status::complete) return checked;
   const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
   const u64 limit = FrameLimit<Layout>(call, cursor);
   const u32 pairs = UnitsPerRow(Layout, call.width);
-  const RowCodes8& codes = RowCodesOf(Layout.codes[Index(FrameScan)]);
+  const RowCodes<256>& codes = RowCodesOfLayout<Layout, FrameScan>();
   Writer writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
   RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
   u32 leftOfRow = PairWord(kFirstRowStart<Layout>);
@@ -166,12 +162,13 @@ inline Status FinishRow(RowSource& source) {
 }
 
 // Takes `pairs` pairs of the current row, symbols or samples, of which `pairsBehind` follow in the row.
-inline void GetPairs(RowSource& source, const RowCodes8& codes, bool raw, u8* out, std::size_t pairs,
+inline void GetPairs(RowSource& source, const RowCodes<256>& codes, bool raw, u8* out, std::size_t pairs,
                      std::size_t pairsBehind) {
   if (raw) {
     GetRawBytes(source.reader, out, pairs * 4);
   } else {
-    GetSymbols<NativeWindow>(source.reader, codes, out, pairs * 4, BitsBehindRow(source) + pairsBehind * 4);
+    GetSymbols<NativeWindow, 256>(source.reader, codes, out, pairs * 4,
+                                  BitsBehindRow(source) + pairsBehind * 4);
   }
 }
 
@@ -181,7 +178,7 @@ inline constexpr std::size_t kPiecePairs = 2048;
 // Decodes a row by the left-only rule into the picture. The row's samples are copied to `keep` as well, if it
 // is not null. Returns the first pair's samples.
 template <const PixelLayout& Pixel>
-[[gnu::noinline]] PairStart DecodeLeftOnlyRow(RowSource& source, const RowCodes8& codes, PairStart start,
+[[gnu::noinline]] PairStart DecodeLeftOnlyRow(RowSource& source, const RowCodes<256>& codes, PairStart start,
                                               u8* keep) {
   std::array<u8, kPiecePairs * 4> piece;
   PairStart firstPair{};
@@ -219,7 +216,7 @@ inline BandPlan PlanBand(std::size_t pairs) {
 
 // Decodes the later rows of a progressive frame band by band. `above` holds the samples of the row above.
 template <const FrameLayout& Layout, const PixelLayout& Pixel>
-[[gnu::noinline]] Status DecodeBands(RowSource& source, const RowCodes8& codes, const u8* above,
+[[gnu::noinline]] Status DecodeBands(RowSource& source, const RowCodes<256>& codes, const u8* above,
                                      const BandPlan& plan) {
   alignas(16) std::array<u8, kBandBytes> buffer = {};
   const auto slot = [&](std::size_t number) {
@@ -254,7 +251,7 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
 
 // Decodes the later rows of a progressive frame one by one, in pieces. The row buffer holds the row above.
 template <const FrameLayout& Layout, const PixelLayout& Pixel>
-[[gnu::noinline]] Status DecodeWideRows(RowSource& source, const RowCodes8& codes, u8* rowBuffer) {
+[[gnu::noinline]] Status DecodeWideRows(RowSource& source, const RowCodes<256>& codes, u8* rowBuffer) {
   std::array<u8, kPiecePairs * 4> piece;
   while (source.rowsLeft > 0) {
     u8* target = CurrentRow(source.walk);
@@ -278,7 +275,7 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
 }
 
 template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
-Status DecodeRows(RowSource& source, const RowCodes8& codes, [[maybe_unused]] u8* rowBuffer) {
+Status DecodeRows(RowSource& source, const RowCodes<256>& codes, [[maybe_unused]] u8* rowBuffer) {
   PairStart start = kFirstRowStart<Layout>;
   if constexpr (FrameScan == Scan::p) {
     DecodeLeftOnlyRow<Pixel>(source, codes, start, rowBuffer);
@@ -300,7 +297,7 @@ Status DecodeRows(RowSource& source, const RowCodes8& codes, [[maybe_unused]] u8
 
 template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
 Status DecodeFrame(const FrameCall& call, const char* routineName) {
-  const Status checked = CheckArguments(call, Pixel.significantBits, routineName);
+  const Status checked = CheckArguments(call, SignificantBits(Pixel, Layout.samples.alpha), routineName);
   if (checked != Status::complete) return checked;
   if (FrameScan == Scan::p && call.scratch == nullptr) return Status::scratchMissing;
   const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
@@ -312,7 +309,7 @@ Status DecodeFrame(const FrameCall& call, const char* routineName) {
       .pairs = UnitsPerRow(Layout, call.width),
       .rowsLeft = call.height,
   };
-  const RowCodes8& codes = RowCodesOf(Layout.codes[Index(FrameScan)]);
+  const RowCodes<256>& codes = RowCodesOfLayout<Layout, FrameScan>();
   const Status status = DecodeRows<Layout, FrameScan, Pixel>(source, codes, reinterpret_cast<u8*>(scratch));
   StoreCursors(call, source.reader.position);
   return status;

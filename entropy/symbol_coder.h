@@ -1,7 +1,9 @@
-// Runs of 8-bit symbols whose classes alternate, A first: the hot loops of encoder and decoder. See
-// entropy/symbol_groups.h for the tables. Both loops have a careful twin that they go over to near the end of
-// the frame or of the run.
+// Runs of symbols whose classes follow a pattern: the hot loops of encoder and decoder. See
+// entropy/symbol_groups.h for the tables. Each loop has a careful twin that it goes over to near the end of the
+// frame or of the run.
 #pragma once
+#include <algorithm>
+
 #include "entropy/bit_reader.h"
 #include "entropy/bit_writer.h"
 #include "entropy/symbol_groups.h"
@@ -10,7 +12,7 @@ namespace vorel {
 
 // Codes one class A symbol (low byte) and one class B symbol (high byte), anywhere.
 template <typename Window>
-inline void PutSymbolPair(BitWriter<Window>& writer, const RowCodes8& codes, u16 symbols) {
+inline void PutSymbolPair(BitWriter<Window>& writer, const RowCodes<256>& codes, u16 symbols) {
   PutCode(writer, codes.codes->encode[symbols & 255u][0]);
   PutCode(writer, codes.codes->encode[symbols >> 8][1]);
 }
@@ -22,12 +24,12 @@ constexpr std::size_t WorstPairBytes(u32 count) {
 
 // Codes `count` pairs of symbols, each with the class A symbol in its low byte.
 template <typename Window>
-void PutSymbolPairs(BitWriter<Window>& writer, const RowCodes8& codes, const u16* symbols, u32 count) {
+void PutSymbolPairs(BitWriter<Window>& writer, const RowCodes<256>& codes, const u16* symbols, u32 count) {
   if (!HasRoom(writer, WorstPairBytes(count))) {
     for (u32 i = 0; i < count; ++i) PutSymbolPair(writer, codes, symbols[i]);
     return;
   }
-  const u32* pairs = codes.pairs->data();
+  const u32* pairs = codes.pairs;
   BitWriter<Window> local = writer;  // in registers: stores through u8* could otherwise alter it
   const auto putOne = [&](u16 symbolPair) {
     const u32 entry = pairs[symbolPair];
@@ -78,45 +80,100 @@ void PutRawBytes(BitWriter<Window>& writer, const u8* bytes, std::size_t count) 
   writer = local;
 }
 
-// What the bits behind the end of a frame that is cut short come to: symbol 0 of either class, the first of
-// `classBFirst`.
-template <int Symbols>
-[[gnu::noinline, gnu::cold]] void TakeZeroSymbols(BitReader& reader, const CodeSet<Symbols>& codes, u8* out,
-                                                  std::size_t count, bool classBFirst) {
-  std::memset(out, 0, count);
-  const std::size_t ofFirst = (count + 1) / 2;
-  const std::size_t ofClassA = classBFirst ? count - ofFirst : ofFirst;
-  reader.position += u64{ofClassA} * DecodeSymbol(codes, CodeClass::a, 0).length;
-  reader.position += u64{count - ofClassA} * DecodeSymbol(codes, CodeClass::b, 0).length;
+// Codes `steps` repetitions of a pattern of `Length` symbols, each symbol from a plane of its own.
+template <u32 Length, typename Window, int Symbols>
+void PutSteps(BitWriter<Window>& writer, const RowCodes<Symbols>& codes,
+              const std::array<const u16*, Length>& planes, u32 steps) {
+  std::array<const u32*, Length> tables;
+  for (u32 k = 0; k < Length; ++k)
+    tables[k] = (*codes.single)[static_cast<std::size_t>(Index(ClassAt(codes.pattern, k)))].data();
+  if (!HasRoom(writer, std::size_t{steps} * Length * kLongestCode / 8)) {
+    for (u32 i = 0; i < steps; ++i) {
+      for (u32 k = 0; k < Length; ++k) {
+        const u32 code = tables[k][planes[k][i]];
+        PutBits(writer, static_cast<Window>(code >> 8), code & 255);
+      }
+    }
+    return;
+  }
+  BitWriter<Window> local = writer;  // in registers: stores through u8* could otherwise alter it
+  for (u32 i = 0; i < steps; ++i) {
+    std::array<u32, Length> code;
+    for (u32 k = 0; k < Length; ++k) code[k] = tables[k][planes[k][i]];
+    if constexpr (kWindowBits<Window> == 64) {
+      // Three codes fit one put. A fourth one of full length does not.
+      u64 bits = code[0] >> 8;
+      u32 length = code[0] & 255;
+      for (u32 k = 1; k < std::min(Length, 3u); ++k) {
+        bits = bits << (code[k] & 63) | code[k] >> 8;
+        length += code[k] & 255;
+      }
+      static_assert(3 * kLongestCode <= kMostBitsPerPut<Window>);
+      if constexpr (Length == 4) {
+        if (length + kLongestCode <= kMostBitsPerPut<Window>) [[likely]] {
+          bits = bits << (code[3] & 63) | code[3] >> 8;
+          length += code[3] & 255;
+          PutBitsFast(local, bits, length);
+        } else {
+          PutBitsFast(local, bits, length);
+          PutBitsFast(local, u64{code[3] >> 8}, code[3] & 255);
+        }
+      } else {
+        PutBitsFast(local, bits, length);
+      }
+    } else {
+      for (u32 k = 0; k < Length; ++k) PutBitsFast(local, static_cast<Window>(code[k] >> 8), code[k] & 255);
+    }
+  }
+  writer = local;
 }
 
-// Decodes `count` symbols, an even number, into `out`.
+// What the bits behind the end of a frame that is cut short come to: symbol 0 of every class, the first one that
+// of `place` in the pattern.
+template <int Symbols>
+[[gnu::noinline, gnu::cold]] void TakeZeroSymbols(BitReader& reader, const RowCodes<Symbols>& codes,
+                                                  SampleOf<Symbols>* out, std::size_t count, u32 place) {
+  std::memset(out, 0, count * sizeof *out);
+  std::array<u64, 2> ofClass = {};
+  for (u32 k = 0; k < codes.pattern.length; ++k) {
+    const u32 at = (place + k) % codes.pattern.length;
+    const u64 times = (u64{count} + codes.pattern.length - 1 - k) / codes.pattern.length;
+    ofClass[static_cast<std::size_t>(Index(ClassAt(codes.pattern, at)))] += times;
+  }
+  reader.position += ofClass[0] * DecodeSymbol(*codes.codes, CodeClass::a, 0).length;
+  reader.position += ofClass[1] * DecodeSymbol(*codes.codes, CodeClass::b, 0).length;
+}
+
+// Decodes `count` symbols into `out`, a whole number of patterns.
 //
 // bitsBehind   how many coded bits follow this run in a whole frame: they allow for more look-ahead
 //              without loading more than two words behind the last of them
-template <typename Window>
-void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t count, u64 bitsBehind) {
-  static_assert(kGroupTableBytes <= 0xFFFF);
+template <typename Window, int Symbols>
+void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symbols>* out, std::size_t count,
+                u64 bitsBehind) {
   // An offset from an entry, rather than an index, keeps one addition out of the chain from look-up to
   // look-up.
-  const auto tableAt = [&](u32 offset) {
-    return reinterpret_cast<const u64*>(reinterpret_cast<const u8*>(codes.groups->data()) + offset);
-  };
-  const u8* const end = out + count;
-  u32 table = 0;  // offset in bytes of the entries for the class that comes next
+  const u8* const tables = reinterpret_cast<const u8*>(codes.groups);
+  const auto tableAt = [tables](u32 offset) { return reinterpret_cast<const u64*>(tables + offset); };
+  SampleOf<Symbols>* const end = out + count;
+  u32 table = 0;  // offset in bytes of the entries for the place that comes next
+  const auto storeGroup = [](SampleOf<Symbols>* to, u64 entry) { StoreNative(to, entry >> 16); };
   // Decodes one symbol of any length from the next 32 bits and gives the bits that it takes.
   const auto takeOne = [&](u32 next) {
-    const DecodedSymbol decoded = DecodeSymbol(*codes.codes, table == 0 ? CodeClass::a : CodeClass::b, next);
-    *out++ = static_cast<u8>(decoded.symbol);
-    table ^= kGroupTableBytes;
+    const u32 place = table / kGroupTableBytes;
+    const DecodedSymbol decoded = DecodeSymbol(*codes.codes, ClassAt(codes.pattern, place), next);
+    *out++ = static_cast<SampleOf<Symbols>>(decoded.symbol);
+    table = place + 1 == codes.pattern.length ? 0 : table + kGroupTableBytes;
     return decoded.length;
   };
+  constexpr std::size_t kStoredSamples = 8 / sizeof(SampleOf<Symbols>);  // by one storeGroup
   if constexpr (kWindowBits<Window> == 64) {
-    // A turn takes at most 16 symbols, and its loads end at most 127 bits behind the position that they start
+    // A turn takes at most kTurnSymbols, and its loads end at most 127 bits behind the position that they start
     // from: with 63 coded bits ahead that is within two words of the last one. A symbol has at least one bit.
-    const std::size_t margin = bitsBehind >= 64 ? 16 : 64;
+    constexpr std::size_t kTurnSymbols = std::size_t{4} * kMostGroupSymbols<Symbols> + kStoredSamples;
+    const std::size_t margin = bitsBehind >= 64 ? kTurnSymbols : std::max<std::size_t>(64, kTurnSymbols);
     if (count >= margin && IsReadable(reader, reader.position >> 3, 16)) {
-      const u8* const outLast = end - margin;
+      const SampleOf<Symbols>* const outLast = end - margin;
       const u64 offsetLast = reader.readableTo - 8;
       u64 offset = reader.position >> 3;
       u64 window = LoadBig64(reader.frame + offset);
@@ -132,14 +189,14 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
         u32 used = 0;
         for (int step = 0; step < 4; ++step) {
           entry = tableAt(table)[window >> (64 - kGroupBits)];
-          StoreLittle32(out, static_cast<u32>(entry >> 32));
-          out += entry >> 8 & 255;
+          storeGroup(out, entry);
+          out += SymbolsOfGroup(entry);
           window <<= entry & 63;
-          used += static_cast<u32>(entry & 255);
-          table = static_cast<u32>(entry >> 16 & 0xFFFF);
+          used += BitsOfGroup(entry);
+          table = static_cast<u32>(entry) & kNextTableMask;
         }
         valid -= used;
-        if ((entry & 255) == 0) [[unlikely]] {
+        if (BitsOfGroup(entry) == 0) [[unlikely]] {
           // A code of more than 11 bits. 12 bits are left at least; the load gives the rest.
           if (offset > offsetLast) break;
           window |= LoadBig64(reader.frame + offset) >> valid;
@@ -154,36 +211,37 @@ void GetSymbols(BitReader& reader, const RowCodes8& codes, u8* out, std::size_t 
     }
   } else {
     // A load of 32 bits at the position leaves 25: two steps.
-    while (end - out >= 8 && IsReadable(reader, reader.position >> 3, 4)) {
+    constexpr std::ptrdiff_t kTurnSymbols = 2 * kMostGroupSymbols<Symbols> + kStoredSamples;
+    while (end - out >= kTurnSymbols && IsReadable(reader, reader.position >> 3, 4)) {
       u32 window = LoadBig32(reader.frame + (reader.position >> 3)) << (reader.position & 7);
       u64 entry = 0;
       u32 used = 0;
       for (int step = 0; step < 2; ++step) {
         entry = tableAt(table)[window >> (32 - kGroupBits)];
-        StoreLittle32(out, static_cast<u32>(entry >> 32));
-        out += entry >> 8 & 255;
+        storeGroup(out, entry);
+        out += SymbolsOfGroup(entry);
         window <<= entry & 31;
-        used += static_cast<u32>(entry & 255);
-        table = static_cast<u32>(entry >> 16 & 0xFFFF);
+        used += BitsOfGroup(entry);
+        table = static_cast<u32>(entry) & kNextTableMask;
       }
       reader.position += used;
-      if ((entry & 255) == 0) [[unlikely]] {
+      if (BitsOfGroup(entry) == 0) [[unlikely]] {
         reader.position += takeOne(PeekWord(reader));
       }
     }
   }
   while (out < end) {
     if (IsBehindEnd(reader)) {
-      TakeZeroSymbols(reader, *codes.codes, out, static_cast<std::size_t>(end - out), table != 0);
+      TakeZeroSymbols(reader, codes, out, static_cast<std::size_t>(end - out), table / kGroupTableBytes);
       return;
     }
     const u32 window = PeekWord(reader);
     const u64 entry = tableAt(table)[window >> (32 - kGroupBits)];
-    if ((entry & 255) != 0 && end - out >= static_cast<std::ptrdiff_t>(kMostGroupSymbols)) {
-      StoreLittle32(out, static_cast<u32>(entry >> 32));
-      out += entry >> 8 & 255;
-      reader.position += entry & 255;
-      table = static_cast<u32>(entry >> 16 & 0xFFFF);
+    if (BitsOfGroup(entry) != 0 && end - out >= static_cast<std::ptrdiff_t>(kStoredSamples)) {
+      storeGroup(out, entry);
+      out += SymbolsOfGroup(entry);
+      reader.position += BitsOfGroup(entry);
+      table = static_cast<u32>(entry) & kNextTableMask;
     } else {
       reader.position += takeOne(window);
     }
@@ -198,6 +256,29 @@ inline void GetRawBytes(BitReader& reader, u8* out, std::size_t count) {
     return;
   }
   for (std::size_t i = 0; i < count; i += 4) StoreBig32(out + i, GetWord(reader));
+}
+
+// Writes `steps` units of `Length` samples as plain fields of `SampleBits` bits.
+template <u32 Length, u32 SampleBits, typename Window>
+void PutRawSteps(BitWriter<Window>& writer, const std::array<const i16*, Length>& planes, u32 steps) {
+  for (u32 i = 0; i < steps; ++i) {
+    for (u32 k = 0; k < Length; ++k)
+      PutBits(writer, static_cast<Window>(static_cast<u16>(planes[k][i])), SampleBits);
+  }
+}
+
+// Reads `count` fields of `SampleBits` bits.
+template <u32 SampleBits, typename Sample>
+void GetRawSamples(BitReader& reader, Sample* out, std::size_t count) {
+  if (IsBehindEnd(reader)) {
+    std::memset(out, 0, count * sizeof *out);
+    reader.position += u64{count} * SampleBits;
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    out[i] = static_cast<Sample>(PeekWord(reader) >> (32 - SampleBits));
+    reader.position += SampleBits;
+  }
 }
 
 }  // namespace vorel

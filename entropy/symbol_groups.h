@@ -1,10 +1,28 @@
-// Faster tables beside a code set of 256 symbols, derived from it: the encoder's code of two symbols at once,
-// and the decoder's table that yields up to four symbols to a look-up. Stream and cursors are the same with
-// and without them. Both serve sample orders in which the classes alternate, A first.
+// Faster tables beside a code set, derived from it: the encoder's codes of one symbol and of two at once, and the
+// decoder's table that yields several symbols to a look-up. Stream and cursors are the same with and without
+// them.
+//
+// They are made where a frame format is first used, in a millisecond: no program uses all of them, and kept as
+// constants they would be most of the library.
 #pragma once
-#include "entropy/code_set.h"
+#include <type_traits>
+
+#include "entropy/class_pattern.h"
 
 namespace vorel {
+
+template <int Symbols>
+using SampleOf = std::conditional_t<Symbols == 256, u8, u16>;
+
+// Code of a symbol:   31..8 code, right-aligned | 7..0 its length
+constexpr u32 RightAligned(u32 entry) {
+  const u32 length = entry >> 24;
+  return (entry & 0xFFFF) >> (16 - length) << 8 | length;
+}
+
+// By class and symbol.
+template <int Symbols>
+using SymbolCodeTable = std::array<std::array<u32, Symbols>, 2>;
 
 // Code of a class A symbol followed by a class B symbol, by (B << 8 | A): the few A symbols that are frequent
 // then share cache lines.
@@ -16,69 +34,104 @@ inline constexpr u32 kLongestPairCode = 24;
 inline constexpr u32 kNoPairCode = 60;
 using PairCodeTable = std::array<u32, 65536>;
 
+// Symbols by the next 11 bits of the stream, for each place in the pattern that may come first:
+//   63..16 symbols, the first lowest: up to six bytes, or up to three words | 15..14 place in the pattern that
+//   comes next | 10..8 how many symbols | 5..0 how many bits they take
+// Tables of the places follow each other, 16 kB each, so bits 15..14 are the offset of the next one as they
+// stand. A first symbol of more than 11 bits gives an entry without symbols and bits that leads to its own table:
+// a step over it changes nothing, so it is enough to look for one after several steps.
+inline constexpr u32 kGroupBits = 11;
+inline constexpr u32 kGroupEntries = 1u << kGroupBits;
+inline constexpr u32 kGroupTableBytes = kGroupEntries * sizeof(u64);
+inline constexpr u32 kNextTableMask = 0xC000;
+static_assert(kGroupTableBytes == 1u << 14);
 template <int Symbols>
-constexpr PairCodeTable MakePairCodes(const CodeSet<Symbols>& codes) {
-  static_assert(Symbols == 256);
-  PairCodeTable table{};
-  for (u32 b = 0; b < 256; ++b) {
-    const u32 entryB = codes.encode[b][1];
-    const u32 lengthB = entryB >> 24;
-    const u32 wordB = (entryB & 0xFFFF) >> (16 - lengthB);
-    for (u32 a = 0; a < 256; ++a) {
-      const u32 entryA = codes.encode[a][0];
-      const u32 length = (entryA >> 24) + lengthB;
-      const u32 wordA = (entryA & 0xFFFF) >> (16 - (entryA >> 24));
-      table[b << 8 | a] = length > kLongestPairCode ? kNoPairCode : (wordA << lengthB | wordB) << 8 | length;
-    }
+inline constexpr u32 kMostGroupSymbols = 6 / sizeof(SampleOf<Symbols>);
+
+constexpr u32 BitsOfGroup(u64 entry) {
+  return static_cast<u32>(entry & 63);
+}
+constexpr u32 SymbolsOfGroup(u64 entry) {
+  return static_cast<u32>(entry >> 8 & 7);
+}
+
+// Everything that a row coder needs of a code set.
+template <int Symbols>
+struct RowCodes {
+  const CodeSet<Symbols>* codes;
+  ClassPattern pattern;
+  const SymbolCodeTable<Symbols>* single;
+  const u32* pairs;   // a PairCodeTable; null but where 8-bit symbols of class A and B follow each other
+  const u64* groups;  // kGroupEntries for each place of the pattern
+};
+
+template <int Symbols>
+SymbolCodeTable<Symbols> MakeSymbolCodes(const CodeSet<Symbols>& codes) {
+  SymbolCodeTable<Symbols> table{};
+  for (std::size_t symbol = 0; symbol < Symbols; ++symbol) {
+    for (std::size_t half = 0; half < 2; ++half)
+      table[half][symbol] = RightAligned(codes.encode[symbol][half]);
   }
   return table;
 }
 
-// Up to four symbols by the next 11 bits of the stream, for each class that may come first:
-//   63..32 symbols, the first in the lowest byte | 31..16 offset in bytes of the table for the next class
-//   15..8 how many symbols | 7..0 how many bits they take
-// A first symbol of more than 11 bits gives an entry without symbols and bits that leads to its own table: a
-// step over it changes nothing, so it is enough to look for one after several steps.
-inline constexpr u32 kGroupBits = 11;
-inline constexpr u32 kGroupEntries = 1u << kGroupBits;
-inline constexpr u32 kGroupTableBytes = kGroupEntries * sizeof(u64);
-inline constexpr u32 kMostGroupSymbols = 4;
-using SymbolGroupTable = std::array<u64, 2 * kGroupEntries>;
+inline void MakePairCodes(const SymbolCodeTable<256>& single, u32* table) {
+  for (u32 b = 0; b < 256; ++b) {
+    const u32 codeB = single[1][b];
+    for (u32 a = 0; a < 256; ++a) {
+      const u32 codeA = single[0][a];
+      const u32 length = (codeA & 255) + (codeB & 255);
+      table[b << 8 | a] =
+          length > kLongestPairCode ? kNoPairCode : (codeA >> 8 << (codeB & 255) | codeB >> 8) << 8 | length;
+    }
+  }
+}
 
 template <int Symbols>
-constexpr SymbolGroupTable MakeSymbolGroups(const CodeSet<Symbols>& codes) {
-  static_assert(Symbols == 256);
-  SymbolGroupTable table{};
-  for (u32 first = 0; first < 2; ++first) {
+void MakeSymbolGroups(const CodeSet<Symbols>& codes, ClassPattern pattern, u64* table) {
+  constexpr u32 kSampleBits = 8 * sizeof(SampleOf<Symbols>);
+  for (u32 first = 0; first < pattern.length; ++first) {
     for (u32 index = 0; index < kGroupEntries; ++index) {
       u32 count = 0;
       u32 bits = 0;
       u32 next = first;
       u64 symbols = 0;
-      while (count < kMostGroupSymbols) {
+      while (count < kMostGroupSymbols<Symbols>) {
         const u32 window = index << (32 - kGroupBits) << bits;
-        const DecodedSymbol decoded = DecodeSymbol(codes, next == 0 ? CodeClass::a : CodeClass::b, window);
+        const DecodedSymbol decoded = DecodeSymbol(codes, ClassAt(pattern, next), window);
         if (bits + decoded.length > kGroupBits) break;
-        symbols |= u64{decoded.symbol} << (8 * count);
+        symbols |= u64{decoded.symbol} << (kSampleBits * count);
         bits += decoded.length;
-        next ^= 1;
+        next = (next + 1) % pattern.length;
         ++count;
       }
-      table[first * kGroupEntries + index] =
-          symbols << 32 | u64{next * kGroupTableBytes} << 16 | u64{count} << 8 | bits;
+      table[first * kGroupEntries + index] = symbols << 16 | u64{next} << 14 | u64{count} << 8 | bits;
     }
   }
-  return table;
 }
 
-// Everything that a row coder of 8-bit samples needs of a code set.
-struct RowCodes8 {
-  const CodeSet<256>* codes;
-  const PairCodeTable* pairs;
-  const SymbolGroupTable* groups;
-};
+constexpr bool HasPairs(ClassPattern pattern) {
+  return pattern.length == 2 || pattern.classB == kPatternBAB.classB;
+}
 
-extern const RowCodes8 kWide8ProgressiveRows;
-extern const RowCodes8 kWide8InterlacedRows;
+// The tables of a code set and pattern. Safe on several threads, like any static variable.
+template <int Symbols, const CodeSet<Symbols>& Set, ClassPattern Pattern>
+const RowCodes<Symbols>& RowCodesOfSet() {
+  constexpr bool kHasPairs = Symbols == 256 && HasPairs(Pattern);
+  struct Tables {
+    SymbolCodeTable<Symbols> single;
+    std::array<u32, kHasPairs ? 65536 : 1> pairs;
+    std::array<u64, std::size_t{Pattern.length} * kGroupEntries> groups;
+  };
+  static Tables tables;
+  static const RowCodes<Symbols> codes = [] {
+    tables.single = MakeSymbolCodes(Set);
+    if constexpr (kHasPairs) MakePairCodes(tables.single, tables.pairs.data());
+    MakeSymbolGroups(Set, Pattern, tables.groups.data());
+    return RowCodes<Symbols>{&Set, Pattern, &tables.single, kHasPairs ? tables.pairs.data() : nullptr,
+                             tables.groups.data()};
+  }();
+  return codes;
+}
 
 }  // namespace vorel

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstring>
 #include <string>
+#include <vector>
 
-#include "entropy/symbol_groups.h"
+#include "entropy/row_codes.h"
 #include "tests/reference/code_lengths.h"
 #include "tests/reference/wide_422.h"
 
@@ -137,11 +140,13 @@ TEST(CodeTables, APrefixOf256LongCodesReachesEveryOffset) {
 // ---- The faster tables, symbol by symbol through the words above
 
 TEST(SymbolGroups, CodesOfTwoSymbolsAreTheirWordsInOrder) {
-  for (const RowCodes8* rows : {&kWide8ProgressiveRows, &kWide8InterlacedRows}) {
+  for (const RowCodes<256>* rows :
+       {&RowCodesOfLayout<YCbCr8bw422, Scan::p>(), &RowCodesOfLayout<YCbCr8bw422, Scan::i>(),
+        &RowCodesOfLayout<YCbCr8bv422, Scan::i>(), &RowCodesOfLayout<YCbCrA8bv4224, Scan::p>()}) {
     for (u32 index = 0; index < 65536; ++index) {
       const std::string both =
           Word(*rows->codes, CodeClass::a, index & 255) + Word(*rows->codes, CodeClass::b, index >> 8);
-      const u32 entry = (*rows->pairs)[index];
+      const u32 entry = rows->pairs[index];
       if (both.size() > 24) {
         ASSERT_EQ(entry, kNoPairCode);
         continue;
@@ -152,35 +157,67 @@ TEST(SymbolGroups, CodesOfTwoSymbolsAreTheirWordsInOrder) {
   }
 }
 
-TEST(SymbolGroups, EntriesHoldAsManyWholeSymbolsAsFit) {
-  for (const RowCodes8* rows : {&kWide8ProgressiveRows, &kWide8InterlacedRows}) {
-    for (u32 first = 0; first < 2; ++first) {
-      for (u32 index = 0; index < kGroupEntries; ++index) {
-        std::string left;
-        for (u32 i = 0; i < kGroupBits; ++i) left += (index >> (kGroupBits - 1 - i) & 1) != 0 ? '1' : '0';
-        const u64 entry = (*rows->groups)[first * kGroupEntries + index];
-        const u32 count = entry >> 8 & 255;
-        ASSERT_LE(count, 4u);
-        u32 next = first;
-        u32 bits = 0;
-        for (u32 i = 0; i < count; ++i, next ^= 1) {
-          const std::string word =
-              Word(*rows->codes, next == 0 ? CodeClass::a : CodeClass::b, entry >> (32 + 8 * i) & 255);
-          ASSERT_EQ(left.substr(0, word.size()), word);
-          left.erase(0, word.size());
-          bits += static_cast<u32>(word.size());
-        }
-        ASSERT_EQ(entry & 255, bits);
-        ASSERT_EQ(entry >> 16 & 0xFFFF, next * kGroupEntries * 8);
-        if (count == 4) continue;
-        // No further symbol fits in what is left.
-        for (u32 s = 0; s < 256; ++s) {
-          const std::string word = Word(*rows->codes, next == 0 ? CodeClass::a : CodeClass::b, s);
-          ASSERT_FALSE(word.size() <= left.size() && left.compare(0, word.size(), word) == 0);
-        }
+template <int Symbols>
+void CompareGroups(const RowCodes<Symbols>& rows, const char* classes) {
+  const u32 length = static_cast<u32>(std::strlen(classes));
+  ASSERT_EQ(rows.pattern.length, length);
+  std::array<std::vector<std::string>, 2> words;
+  for (u32 symbol = 0; symbol < Symbols; ++symbol) {
+    words[0].push_back(Word(*rows.codes, CodeClass::a, symbol));
+    words[1].push_back(Word(*rows.codes, CodeClass::b, symbol));
+  }
+  const auto wordsAt = [&](u32 place) -> const auto& {
+    return words[classes[place] == 'A' ? 0 : 1];
+  };
+  constexpr u32 kSampleBits = Symbols == 256 ? 8 : 16;
+  constexpr u32 kMost = Symbols == 256 ? 6 : 3;
+  for (u32 half = 0; half < 2; ++half) {
+    for (u32 symbol = 0; symbol < Symbols; ++symbol) {
+      const std::string& word = words[half][symbol];
+      ASSERT_EQ((*rows.single)[half][symbol], std::stoul(word, nullptr, 2) << 8 | word.size());
+    }
+  }
+  for (u32 first = 0; first < length; ++first) {
+    for (u32 index = 0; index < kGroupEntries; ++index) {
+      std::string left;
+      for (u32 i = 0; i < kGroupBits; ++i) left += (index >> (kGroupBits - 1 - i) & 1) != 0 ? '1' : '0';
+      const u64 entry = rows.groups[first * kGroupEntries + index];
+      const u32 count = SymbolsOfGroup(entry);
+      ASSERT_LE(count, kMost);
+      u32 next = first;
+      u32 bits = 0;
+      for (u32 i = 0; i < count; ++i, next = (next + 1) % length) {
+        const u64 symbol = entry >> (16 + kSampleBits * i) & ((u64{1} << kSampleBits) - 1);
+        const std::string& word = wordsAt(next).at(symbol);
+        ASSERT_EQ(left.substr(0, word.size()), word);
+        left.erase(0, word.size());
+        bits += static_cast<u32>(word.size());
+      }
+      ASSERT_EQ(BitsOfGroup(entry), bits);
+      ASSERT_EQ(entry & kNextTableMask, next * kGroupEntries * 8);
+      if (count == kMost) continue;
+      // No further symbol fits in what is left.
+      for (u32 s = 0; s < Symbols; ++s) {
+        const std::string& word = wordsAt(next)[s];
+        ASSERT_FALSE(word.size() <= left.size() && left.compare(0, word.size(), word) == 0);
       }
     }
   }
+}
+
+TEST(SymbolGroups, EntriesHoldAsManyWholeSymbolsAsFit) {
+  CompareGroups(RowCodesOfLayout<YCbCr8bw422, Scan::p>(), "AB");
+  CompareGroups(RowCodesOfLayout<YCbCr8bv422, Scan::i>(), "AB");
+  CompareGroups(RowCodesOfLayout<YCbCrA8bv4224, Scan::p>(), "BAB");
+  CompareGroups(RowCodesOfLayout<YCbCr8bu444, Scan::p>(), "BAA");
+  CompareGroups(RowCodesOfLayout<RGBA8bf, Scan::i>(), "ABAA");
+}
+
+TEST(SymbolGroups, EntriesOf10BitsHoldAsManyWholeSymbolsAsFit) {
+  CompareGroups(RowCodesOfLayout<YCbCr10bv422, Scan::p>(), "AB");
+  CompareGroups(RowCodesOfLayout<YCbCrA10bv4224, Scan::i>(), "BAB");
+  CompareGroups(RowCodesOfLayout<RGB10bf, Scan::p>(), "BAA");
+  CompareGroups(RowCodesOfLayout<YCbCrA10bv4444, Scan::p>(), "ABAA");
 }
 
 }  // namespace

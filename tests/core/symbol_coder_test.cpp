@@ -5,11 +5,16 @@
 
 #include <random>
 
+#include "entropy/row_codes.h"
 #include "tests/core/guarded.h"
 #include "tests/reference/code_lengths.h"
 
 namespace vorel {
 namespace {
+
+const RowCodes<256>& WideRows() {
+  return RowCodesOfLayout<YCbCr8bw422, Scan::p>();
+}
 
 // Symbols such as a row has: short codes mostly, and some of every length.
 std::vector<u8> MakeSymbols(std::size_t count, u32 seed) {
@@ -54,7 +59,7 @@ TYPED_TEST(SymbolCoder, EncodesAsCodeByCode) {
     for (const std::size_t size : {words.size() + 1000, words.size()}) {
       Guarded frame(size, 0);
       auto writer = OpenWriter<TypeParam>(frame.data(), Fold({0, start}), size);
-      PutSymbolPairs(writer, kWide8ProgressiveRows, joined.data(), static_cast<u32>(pairs));
+      PutSymbolPairs(writer, WideRows(), joined.data(), static_cast<u32>(pairs));
       ASSERT_EQ(CloseWriter(writer), expected.size());
       ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << seed;
       ASSERT_TRUE(frame.MarksIntact());
@@ -74,7 +79,7 @@ TYPED_TEST(SymbolCoder, DecodesFromAFrameOfAnyLengthBehind) {
     for (const u64 behind : {u64{0}, u64{40}, u64{1000}}) {
       BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, frame.size());
       Guarded out(count, 0);
-      GetSymbols<TypeParam>(reader, kWide8ProgressiveRows, out.data(), count, behind);
+      GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), count, behind);
       ASSERT_EQ(std::vector<u8>(out.data(), out.data() + count), symbols) << seed;
       ASSERT_EQ(reader.position, bits.size()) << seed;
       ASSERT_TRUE(out.MarksIntact());
@@ -96,7 +101,7 @@ TYPED_TEST(SymbolCoder, LooksAtMostTwoWordsBehindTheLastCodedBit) {
     Fenced frame(bytes);
     BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, std::numeric_limits<std::size_t>::max());
     std::vector<u8> out(count);
-    GetSymbols<TypeParam>(reader, kWide8ProgressiveRows, out.data(), count, 0);
+    GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), count, 0);
     ASSERT_EQ(out, symbols) << seed;
     ASSERT_EQ(reader.position, bits.size());
   }
@@ -107,7 +112,7 @@ TYPED_TEST(SymbolCoder, BitsBehindTheEndAreZeros) {
   Fenced frame({0x00});
   BitReader reader = OpenReader(frame.data(), {0, 0}, 0, frame.size());
   std::vector<u8> out(200, 7);
-  GetSymbols<TypeParam>(reader, kWide8ProgressiveRows, out.data(), out.size(), 0);
+  GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), out.size(), 0);
   EXPECT_EQ(out, std::vector<u8>(200, 0));
   EXPECT_EQ(reader.position, 400u);
 }
