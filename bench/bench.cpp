@@ -12,10 +12,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <iterator>
 #include <limits>
 
+#include "bench/clock.h"
+#include "bench/conversions.h"
 #include "bench/pictures.h"
 #include "vorel/vorel.h"
 
@@ -34,13 +35,6 @@ struct Job {
   const Sequence* sequence;
   bool interlaced;
 };
-
-// Processor time of this thread in seconds: neighbours on the machine do not count.
-double Now() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 // One step of a chain of dependent additions, the fastest of some runs just now: clocks change.
 double SecondsPerCycle() {
@@ -241,6 +235,7 @@ int Main(int count, char** arguments) {
     if (sequences.size() > 1) Register(sequence.name, {{&sequence, false}});
   }
   Register("all", all);
+  RegisterConversions();
   benchmark::AddCustomContext("cycle", std::to_string(SecondsPerCycle() * 1e9) + " ns");
   benchmark::RunSpecifiedBenchmarks();
   return 0;

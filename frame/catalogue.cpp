@@ -23,10 +23,16 @@ namespace {
 constexpr bool kMatrixS = false;
 [[maybe_unused]] constexpr bool kMatrixM = true;
 
-#define VOREL_ROUTINE(DIRECTION, NAME, K, LAYOUT, SCAN, PIXEL, SCRATCH)                                  \
-  FrameRoutine{                                                                                          \
-      #NAME, Direction::DIRECTION, &LAYOUT, Scan::SCAN, Px_##PIXEL.code, kMatrix##K, SCRATCH, NAME##Run, \
-      NAME},
+#define VOREL_ROUTINE(DIRECTION, NAME, K, LAYOUT, SCAN, PIXEL, SCRATCH) \
+  FrameRoutine{#NAME,                                                   \
+               Direction::DIRECTION,                                    \
+               &LAYOUT,                                                 \
+               Scan::SCAN,                                              \
+               Px##PIXEL.code,                                          \
+               kMatrix##K,                                              \
+               SCRATCH,                                                 \
+               NAME##Run,                                               \
+               NAME},
 #define VOREL_ENCODE_ROUTINE(K, LAYOUT, SCAN, PIXEL) \
   VOREL_ROUTINE(encode, Vorel##LAYOUT##SCAN##From##PIXEL##Encode, K, LAYOUT, SCAN, PIXEL, false)
 #define VOREL_DECODE_ROUTINE(K, LAYOUT, SCAN, PIXEL) \

@@ -13,7 +13,8 @@ constexpr u32 MaxFrameBytes(const FrameLayout& layout, u32 width, u32 height) {
   const u32 units = UnitsPerRow(layout, width);
   const u32 rawBits = RawBitsPerUnit(layout);
   const u32 longestBits = SamplesPerUnit(layout) * 16;
-  if (layout.bits == 10) return ((height + rawBits * height * units + longestBits * units + 7) >> 3) + 4;
+  if (layout.samples.bits == 10)
+    return ((height + rawBits * height * units + longestBits * units + 7) >> 3) + 4;
   return (height + 7) / 8 + rawBits / 8 * height * units + longestBits / 8 * units + 4;
 }
 

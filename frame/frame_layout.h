@@ -6,15 +6,11 @@
 
 #include "base/bytes.h"
 #include "base/integers.h"
+#include "pixel/sample_domain.h"
 
 namespace vorel {
 
 enum class Scan : u8 { p, i };
-
-enum class ColourModel : u8 { rgb, ycbcr };
-
-// A pair is two neighbouring pixels that share Cb and Cr.
-enum class Unit : u8 { pixel, pair };
 
 // How chroma samples of a pair are read as numbers: this matters in the half-gradient rule alone.
 enum class ChromaSign : u8 { isUnsigned, isSigned };
@@ -49,10 +45,7 @@ struct StartValues {
 };
 
 struct FrameLayout {
-  ColourModel model;
-  u8 bits;  // of a sample: 8 or 10
-  Unit unit;
-  bool alpha;
+  SampleDomain samples;
   ChromaSign chromaSign;
   StartValues start;
   InterlacedRowStart interlacedRowStart;
@@ -68,25 +61,26 @@ constexpr int Index(Scan scan) {
 
 // Samples of a unit and bits of a unit in a raw row.
 constexpr u32 SamplesPerUnit(const FrameLayout& layout) {
-  if (layout.unit == Unit::pair) return layout.alpha ? 6 : 4;
-  return layout.alpha ? 4 : 3;
+  if (layout.samples.unit == Unit::pair) return layout.samples.alpha ? 6 : 4;
+  return layout.samples.alpha ? 4 : 3;
 }
 constexpr u32 RawBitsPerUnit(const FrameLayout& layout) {
-  return SamplesPerUnit(layout) * layout.bits;
+  return SamplesPerUnit(layout) * layout.samples.bits;
 }
 
 // Units of a row. The sum wraps in 32 bits.
 constexpr u32 UnitsPerRow(const FrameLayout& layout, u32 width) {
-  return layout.unit == Unit::pair ? (width + 1) / 2 : width;
+  return layout.samples.unit == Unit::pair ? (width + 1) / 2 : width;
 }
 
 // Whether a predicted row stays: `words` are those that the row completed. 8-bit 4:2:2 rows count pairs;
 // every other layout counts the bits of a raw pixel against the width, so that odd widths of the 4:2:2:4 and
 // 10-bit 4:2:2 layouts fall back somewhat sooner.
 constexpr bool PredictedRowStays(const FrameLayout& layout, u64 words, u32 width) {
-  if (layout.unit == Unit::pair && layout.bits == 8 && !layout.alpha)
+  if (layout.samples.unit == Unit::pair && layout.samples.bits == 8 && !layout.samples.alpha)
     return words <= UnitsPerRow(layout, width);
-  const u64 rawPixelBits = layout.unit == Unit::pair ? RawBitsPerUnit(layout) / 2 : RawBitsPerUnit(layout);
+  const u64 rawPixelBits =
+      layout.samples.unit == Unit::pair ? RawBitsPerUnit(layout) / 2 : RawBitsPerUnit(layout);
   return words * 32 <= rawPixelBits * width;
 }
 
@@ -103,66 +97,66 @@ inline constexpr StartValues kStart10bf = {512, 512, 512, 512};
 // clang-format off
 #define VOREL_TAGS(P, I) {WordOfBytes(P), WordOfBytes(I)}
 inline constexpr FrameLayout RGB10bf = {
-    ColourModel::rgb, 10, Unit::pixel, false, ChromaSign::isUnsigned, kStart10bf,
+    SamplesRGB10bf, ChromaSign::isUnsigned, kStart10bf,
     InterlacedRowStart::constants, {CodeSetId::rgb10Progressive, CodeSetId::rgb10Interlaced},
     VOREL_TAGS("RGBX", "rGBX"), FourCharacterCode("Vrl7"), {"RGB 10bf p", "RGB 10bf i"}};
 inline constexpr FrameLayout RGBA10bf = {
-    ColourModel::rgb, 10, Unit::pixel, true, ChromaSign::isUnsigned, kStart10bf,
+    SamplesRGBA10bf, ChromaSign::isUnsigned, kStart10bf,
     InterlacedRowStart::constants, {CodeSetId::rgb10Progressive, CodeSetId::rgb10Interlaced},
     VOREL_TAGS("ARGX", "ArGX"), FourCharacterCode("Vrl7"), {"RGBA 10bf p", "RGBA 10bf i"}};
 inline constexpr FrameLayout RGB8bf = {
-    ColourModel::rgb, 8, Unit::pixel, false, ChromaSign::isUnsigned, kStart8bf,
+    SamplesRGB8bf, ChromaSign::isUnsigned, kStart8bf,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::rgb8Progressive, CodeSetId::rgb8Interlaced},
     VOREL_TAGS(" RGB", " rGB"), FourCharacterCode("Vrl1"), {"RGB 8bf p", "RGB 8bf i"}};
 inline constexpr FrameLayout RGBA8bf = {
-    ColourModel::rgb, 8, Unit::pixel, true, ChromaSign::isUnsigned, kStart8bf,
+    SamplesRGBA8bf, ChromaSign::isUnsigned, kStart8bf,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::rgb8Progressive, CodeSetId::rgb8Interlaced},
     VOREL_TAGS("ARGB", "ArGB"), FourCharacterCode("Vrl1"), {"RGBA 8bf p", "RGBA 8bf i"}};
 inline constexpr FrameLayout YCbCr10bv444 = {
-    ColourModel::ycbcr, 10, Unit::pixel, false, ChromaSign::isUnsigned, kStart10bv,
+    SamplesYCbCr10bv444, ChromaSign::isUnsigned, kStart10bv,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive444, CodeSetId::video10Interlaced444},
     VOREL_TAGS("YBR\n", "yBR\n"), FourCharacterCode("Vrl5"), {"Y'CbCr 10bv 4:4:4p", "Y'CbCr 10bv 4:4:4i"}};
 inline constexpr FrameLayout YCbCrA10bv4444 = {
-    ColourModel::ycbcr, 10, Unit::pixel, true, ChromaSign::isUnsigned, kStart10bvAlpha,
+    SamplesYCbCrA10bv4444, ChromaSign::isUnsigned, kStart10bvAlpha,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive444, CodeSetId::video10Interlaced444},
     VOREL_TAGS("CA4p", "CA4i"),
     FourCharacterCode("Vrl5"), {"Y'CbCrA 10bv 4:4:4:4p", "Y'CbCrA 10bv 4:4:4:4i"}};
 inline constexpr FrameLayout YCbCr8bv444 = {
-    ColourModel::ycbcr, 8, Unit::pixel, false, ChromaSign::isUnsigned, kStart8bv,
+    SamplesYCbCr8bv444, ChromaSign::isUnsigned, kStart8bv,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::progressive8b444, CodeSetId::interlaced8b444},
     VOREL_TAGS(" YBR", " yBR"), FourCharacterCode("Vrl2"), {"Y'CbCr 8bv 4:4:4p", "Y'CbCr 8bv 4:4:4i"}};
 inline constexpr FrameLayout YCbCrA8bv4444 = {
-    ColourModel::ycbcr, 8, Unit::pixel, true, ChromaSign::isUnsigned, kStart8bvAlpha,
+    SamplesYCbCrA8bv4444, ChromaSign::isUnsigned, kStart8bvAlpha,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::progressive8b444, CodeSetId::interlaced8b444},
     VOREL_TAGS("AYBR", "AyBR"), FourCharacterCode("Vrl2"), {"Y'CbCrA 8bv 4:4:4:4p", "Y'CbCrA 8bv 4:4:4:4i"}};
 inline constexpr FrameLayout YCbCr8bu444 = {
-    ColourModel::ycbcr, 8, Unit::pixel, false, ChromaSign::isUnsigned, kStart8bu,
+    SamplesYCbCr8bu444, ChromaSign::isUnsigned, kStart8bu,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::progressive8b444, CodeSetId::interlaced8b444},
     VOREL_TAGS(" YbR", " ybR"), FourCharacterCode("Vrl2"), {"Y'CbCr 8bu 4:4:4p", "Y'CbCr 8bu 4:4:4i"}};
 inline constexpr FrameLayout YCbCrA8bu4444 = {
-    ColourModel::ycbcr, 8, Unit::pixel, true, ChromaSign::isUnsigned, kStart8buAlpha,
+    SamplesYCbCrA8bu4444, ChromaSign::isUnsigned, kStart8buAlpha,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::progressive8b444, CodeSetId::interlaced8b444},
     VOREL_TAGS("AYbR", "AybR"), FourCharacterCode("Vrl2"), {"Y'CbCrA 8bu 4:4:4:4p", "Y'CbCrA 8bu 4:4:4:4i"}};
 inline constexpr FrameLayout YCbCr10bv422 = {
-    ColourModel::ycbcr, 10, Unit::pair, false, ChromaSign::isUnsigned, kStart10bv,
+    SamplesYCbCr10bv422, ChromaSign::isUnsigned, kStart10bv,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive422, CodeSetId::video10Interlaced422},
     VOREL_TAGS("\xA2YRY", "\xA2YRy"),
     FourCharacterCode("Vrl6"), {"Y'CbCr 10bv 4:2:2p", "Y'CbCr 10bv 4:2:2i"}};
 inline constexpr FrameLayout YCbCrA10bv4224 = {
-    ColourModel::ycbcr, 10, Unit::pair, true, ChromaSign::isUnsigned, kStart10bvAlpha,
+    SamplesYCbCrA10bv4224, ChromaSign::isUnsigned, kStart10bvAlpha,
     InterlacedRowStart::constants, {CodeSetId::video10Progressive422, CodeSetId::video10Interlaced422},
     VOREL_TAGS("CA2p", "CA2i"),
     FourCharacterCode("Vrl6"), {"Y'CbCrA 10bv 4:2:2:4p", "Y'CbCrA 10bv 4:2:2:4i"}};
 inline constexpr FrameLayout YCbCr8bv422 = {
-    ColourModel::ycbcr, 8, Unit::pair, false, ChromaSign::isUnsigned, kStart8bv,
+    SamplesYCbCr8bv422, ChromaSign::isUnsigned, kStart8bv,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::video8Progressive422, CodeSetId::video8Interlaced422},
     VOREL_TAGS("BYRY", "BYRy"), FourCharacterCode("Vrl3"), {"Y'CbCr 8bv 4:2:2p", "Y'CbCr 8bv 4:2:2i"}};
 inline constexpr FrameLayout YCbCrA8bv4224 = {
-    ColourModel::ycbcr, 8, Unit::pair, true, ChromaSign::isUnsigned, kStart8bvAlpha,
+    SamplesYCbCrA8bv4224, ChromaSign::isUnsigned, kStart8bvAlpha,
     InterlacedRowStart::constants, {CodeSetId::video8Progressive422, CodeSetId::video8Interlaced422},
     VOREL_TAGS("C82p", "C82i"), FourCharacterCode("Vrl3"), {"Y'CbCrA 8bv 4:2:2:4p", "Y'CbCrA 8bv 4:2:2:4i"}};
 inline constexpr FrameLayout YCbCr8bw422 = {
-    ColourModel::ycbcr, 8, Unit::pair, false, ChromaSign::isSigned, kStart8bw,
+    SamplesYCbCr8bw422, ChromaSign::isSigned, kStart8bw,
     InterlacedRowStart::firstUnitAbove, {CodeSetId::wide8Progressive, CodeSetId::wide8Interlaced},
     VOREL_TAGS("YbYr", "Ybyr"), FourCharacterCode("Vrl4"), {"Y'CbCr 8bw 4:2:2p", "Y'CbCr 8bw 4:2:2i"}};
 #undef VOREL_TAGS

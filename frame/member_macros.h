@@ -30,11 +30,11 @@ To* Writable(const void* pointer) {
         bitCursor, vorel::Writable<vorel::u8>(frame), SCRATCH                                      \
   }
 
-#define VOREL_DEFINE_RUN(DIRECTION, NAME, LAYOUT, SCAN, PIXEL)            \
-  namespace vorel {                                                       \
-  Status NAME##Run(const FrameCall& call) {                               \
-    return DIRECTION##Frame<LAYOUT, Scan::SCAN, Px_##PIXEL>(call, #NAME); \
-  }                                                                       \
+#define VOREL_DEFINE_RUN(DIRECTION, NAME, LAYOUT, SCAN, PIXEL)           \
+  namespace vorel {                                                      \
+  Status NAME##Run(const FrameCall& call) {                              \
+    return DIRECTION##Frame<LAYOUT, Scan::SCAN, Px##PIXEL>(call, #NAME); \
+  }                                                                      \
   }
 
 #define VOREL_DEFINE_ENCODE(K, LAYOUT, SCAN, PIXEL)                                            \

@@ -1,30 +1,159 @@
-// From bytes of a picture to a strip: one function for each kind of pixel format.
+// Bytes of a picture to the planes of a strip: one loop for each kind of container. Samples arrive at a
+// chosen depth: deeper ones are cut, shallower ones shifted up.
 #pragma once
+#include <algorithm>
+#include <array>
 #include <cstring>
 
-#include "pixel/pair_strip.h"
 #include "pixel/pixel_layout.h"
+#include "pixel/sample_strip.h"
 
 namespace vorel {
 
-// Bytes of a pair in a picture.
-template <const PixelLayout& Pixel>
-inline constexpr u32 kPairBytes = 4;
+constexpr i16 ChangeDepth(i32 sample, int from, int to) {
+  return static_cast<i16>(to < from ? sample >> (from - to) : sample << (to - from));
+}
 
-// The cells of `pairs` pairs from pair `first` of a row on, with the pair before them to their left; a whole
-// strip may be read, of which those behind `pairs` have any value. The left neighbour of the first pair is
-// `leftOfRow`, a pair in stream order. Bytes of the row behind its last pair are not read.
-//
-// 'yuvu' has its bytes in the order of the cells, so within a row they are read where they stand.
-template <const PixelLayout& Pixel>
-inline const u8* FillStrip(const u8* row, u32 first, u32 pairs, u32 leftOfRow, PairStrip& strip) {
-  static_assert(Pixel.code == Px_yuvu.code);
-  const u8* source = row + std::size_t{first} * kPairCellBytes;
-  if (first != 0 && pairs == kStripPairs) return source;
-  u8* cells = reinterpret_cast<u8*>(strip.cells + kStripMargin);
-  StoreNative(cells - kPairCellBytes, first == 0 ? leftOfRow : LoadNative<u32>(source - kPairCellBytes));
-  std::memcpy(cells, source, pairs * kPairCellBytes);
-  return cells;
+// Video signals keep the codes 0 and 255 for themselves, or those that have them in their top 8 bits.
+constexpr i16 LimitToVideoCodes(i16 sample, int bits) {
+  const i16 least = static_cast<i16>(1 << (bits - 8));
+  return std::clamp<i16>(sample, least, static_cast<i16>((1 << bits) - 1 - least));
+}
+
+// A ten-bit field of a big-endian word lies in two bytes:   its low bits at `low`, `lowBits` of them, the others
+// from bit `high` on, when the word is read as little-endian.
+struct SplitField {
+  int low;
+  int lowBits;
+  int high;
+};
+
+constexpr SplitField SplitBigField(int place) {
+  const int byte = place / 8;
+  return {(3 - byte) * 8 + place % 8, 8 - place % 8, (2 - byte) * 8};
+}
+
+template <ByteOrder Order>
+constexpr i16 ExtractField(u32 word, int place) {
+  if (Order == ByteOrder::little) return static_cast<i16>(word >> place & 1023);
+  const SplitField split = SplitBigField(place);
+  const u32 low = word >> split.low & ((1u << split.lowBits) - 1);
+  const u32 high = word >> split.high & ((1u << (10 - split.lowBits)) - 1);
+  return static_cast<i16>(high << split.lowBits | low);
+}
+
+static_assert(ExtractField<ByteOrder::big>(SwapBytes(0x2A5u << 12), 12) == 0x2A5 &&
+              ExtractField<ByteOrder::big>(SwapBytes(0x2A5u << 22), 22) == 0x2A5 &&
+              ExtractField<ByteOrder::big>(SwapBytes(0x2A5u), 0) == 0x2A5);
+
+template <ByteOrder Order>
+inline u16 LoadWord(const u8* bytes) {
+  const u16 word = LoadNative<u16>(bytes);
+  return Order == ByteOrder::big ? static_cast<u16>(word << 8 | word >> 8) : word;
+}
+
+// A sample that is a byte or a word by itself.
+template <const PixelLayout& Pixel, int Bits>
+inline i16 LoadSample(const u8* unit, int place) {
+  i16 sample = 0;
+  if constexpr (Pixel.container == Container::bytes) {
+    sample = ChangeDepth(unit[place], 8, Bits);
+  } else {
+    // What stands above the scale of the format is of no account in a legal picture, and limited in others.
+    sample = ChangeDepth(LoadWord<Pixel.order>(unit + std::ptrdiff_t{2} * place), Pixel.sampleBits, Bits);
+  }
+  return Pixel.limitedOnRead ? LimitToVideoCodes(sample, Bits) : sample;
+}
+
+// A strip of pixels. AlphaBits is 0 where alpha is not wanted.
+template <const PixelLayout& Pixel, int Bits, int AlphaBits>
+void LoadPixels(const u8* __restrict bytes, Planes planes) {
+  i16* __restrict first = planes.first;
+  i16* __restrict second = planes.second;
+  i16* __restrict third = planes.third;
+  i16* __restrict alpha = planes.alpha;
+  if constexpr (Pixel.container == Container::fields) {
+    for (u32 i = 0; i < kStripPixels; ++i) {
+      const u32 word = LoadNative<u32>(bytes + std::size_t{4} * i);
+      first[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[0]), 10, Bits);
+      second[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[1]), 10, Bits);
+      third[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[2]), 10, Bits);
+    }
+  } else if constexpr (Pixel.unitBytes == 3) {
+    // Three bytes are no vector's measure. Pixels are spread to a word each first, with a byte of the next
+    // one on top; nothing follows the last.
+    alignas(32) std::array<u32, kStripPixels> words;
+    for (u32 i = 0; i < kStripPixels - 1; ++i) words[i] = LoadNative<u32>(bytes + std::size_t{3} * i);
+    words[kStripPixels - 1] = LoadNative<u32>(bytes + std::size_t{3} * kStripPixels - 4) >> 8;
+    for (u32 i = 0; i < kStripPixels; ++i) {
+      first[i] = ChangeDepth(static_cast<i32>(words[i] >> 8 * Pixel.place[0] & 255), 8, Bits);
+      second[i] = ChangeDepth(static_cast<i32>(words[i] >> 8 * Pixel.place[1] & 255), 8, Bits);
+      third[i] = ChangeDepth(static_cast<i32>(words[i] >> 8 * Pixel.place[2] & 255), 8, Bits);
+    }
+  } else {
+    for (u32 i = 0; i < kStripPixels; ++i) {
+      const u8* pixel = bytes + std::size_t{Pixel.unitBytes} * i;
+      first[i] = LoadSample<Pixel, Bits>(pixel, Pixel.place[0]);
+      second[i] = LoadSample<Pixel, Bits>(pixel, Pixel.place[1]);
+      third[i] = LoadSample<Pixel, Bits>(pixel, Pixel.place[2]);
+      if constexpr (AlphaBits > 0) alpha[i] = LoadSample<Pixel, AlphaBits>(pixel, Pixel.place[3]);
+    }
+  }
+}
+
+// One group of 'v210': three pairs in four words.
+//   word 0   Cb 0 | Y' 0 | Cr 0      word 1   Y' 1 | Cb 1 | Y' 2
+//   word 2   Cr 1 | Y' 3 | Cb 2      word 3   Y' 4 | Cr 2 | Y' 5        from bits 9..0 up
+template <int Bits>
+inline void LoadGroup(const u8* group, i16* luma, i16* cb, i16* cr) {
+  std::array<i16, 12> fields;
+  for (u32 i = 0; i < 12; ++i) {
+    const u32 word = LoadNative<u32>(group + std::size_t{4} * (i / 3));
+    fields[i] = ChangeDepth(static_cast<i32>(word >> 10 * (i % 3) & 1023), 10, Bits);
+  }
+  for (u32 i = 0; i < 6; ++i) luma[i] = fields[1 + 2 * i];
+  for (u32 i = 0; i < 3; ++i) {
+    cb[i] = fields[4 * i];
+    cr[i] = fields[2 + 4 * i];
+  }
+}
+
+// A strip of pairs: Y' of every pixel, Cb and Cr of every pair.
+template <const PixelLayout& Pixel, int Bits>
+void LoadPairs(const u8* __restrict bytes, Planes planes) {
+  i16* __restrict luma = planes.first;
+  i16* __restrict cb = planes.second;
+  i16* __restrict cr = planes.third;
+  if constexpr (Pixel.container == Container::groups) {
+    for (u32 i = 0; i < kStripPairs / 3; ++i)
+      LoadGroup<Bits>(bytes + std::size_t{16} * i, luma + std::size_t{6} * i, cb + std::size_t{3} * i,
+                      cr + std::size_t{3} * i);
+  } else {
+    for (u32 i = 0; i < kStripPairs; ++i) {
+      const u8* pair = bytes + std::size_t{Pixel.unitBytes} * i;
+      luma[2 * i] = LoadSample<Pixel, Bits>(pair, Pixel.place[0]);
+      luma[2 * i + 1] = LoadSample<Pixel, Bits>(pair, Pixel.place[2]);
+      cb[i] = LoadSample<Pixel, Bits>(pair, Pixel.place[1]);
+      cr[i] = LoadSample<Pixel, Bits>(pair, Pixel.place[3]);
+    }
+  }
+}
+
+// Cb and Cr of the pair at `bytes`, which is the first of a group.
+struct PairChroma {
+  i16 cb;
+  i16 cr;
+};
+
+template <const PixelLayout& Pixel, int Bits>
+PairChroma LoadPairChroma(const u8* bytes) {
+  if constexpr (Pixel.container == Container::groups) {
+    const u32 word = LoadNative<u32>(bytes);
+    return {ChangeDepth(static_cast<i32>(word & 1023), 10, Bits),
+            ChangeDepth(static_cast<i32>(word >> 20 & 1023), 10, Bits)};
+  } else {
+    return {LoadSample<Pixel, Bits>(bytes, Pixel.place[1]), LoadSample<Pixel, Bits>(bytes, Pixel.place[3])};
+  }
 }
 
 }  // namespace vorel

@@ -1,0 +1,36 @@
+// Chroma from each pixel to each pair and back. Y' and alpha are not touched.
+#pragma once
+#include "pixel/sample_strip.h"
+
+namespace vorel {
+
+// The filter of a strip begins with the pixel left of it, so this is carried from strip to strip: chroma of the
+// last pixel, before it was filtered.
+struct ChromaCarry {
+  i16 cb;
+  i16 cr;
+};
+
+// A three-tap filter centred on the first pixel of the pair: (C[-1] + 2 * C[0] + C[1]) / 4, rounded up at the
+// half. Cell -1 is read. ExtraBits more are cut off in the same step. Values before the cut may have a sign.
+template <int ExtraBits>
+void FilterChroma(const i16* __restrict pixels, i16* __restrict pairs) {
+  constexpr i32 kHalf = 2 << ExtraBits;
+  for (i32 k = 0; k < static_cast<i32>(kStripPairs); ++k) {
+    const i32 sum = pixels[2 * k - 1] + 2 * pixels[2 * k] + pixels[2 * k + 1];
+    pairs[k] = static_cast<i16>((sum + kHalf) >> (2 + ExtraBits));
+  }
+}
+
+static_assert(kStripMargin >= 1);
+
+// The first pixel of a pair takes its chroma, the second the mean of its pair and the next. The cell behind
+// the last pair is read.
+[[gnu::noinline]] inline void InterpolateChroma(const i16* __restrict pairs, i16* __restrict pixels) {
+  for (u32 k = 0; k < kStripPairs; ++k) {
+    pixels[2 * k] = pairs[k];
+    pixels[2 * k + 1] = static_cast<i16>((pairs[k] + pairs[k + 1] + 1) >> 1);
+  }
+}
+
+}  // namespace vorel
