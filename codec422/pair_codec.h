@@ -1,15 +1,14 @@
-// The row loops of the 8-bit 4:2:2 layouts, from picture to frame and back. A member is an instance for one
-// frame layout, scan and pixel format; members differ in how a strip is filled or a row drained.
+// The fast row loops of 8-bit 4:2:2 without alpha, for pictures that hold the samples of the frame, byte by byte:
+// nothing has to be taken apart into planes.
 #pragma once
 #include <algorithm>
 #include <array>
 
+#include "codec/frame_limits.h"
 #include "codec422/pair_prediction.h"
 #include "codec422/pair_rebuild.h"
 #include "entropy/row_codes.h"
 #include "entropy/symbol_coder.h"
-#include "frame/argument_check.h"
-#include "frame/frame_bounds.h"
 #include "frame/row_walk.h"
 #include "pixel/pair_strip.h"
 
@@ -19,18 +18,6 @@ template <const FrameLayout& Layout>
 inline constexpr PairStart kFirstRowStart = {static_cast<u8>(Layout.start.luma),
                                              static_cast<u8>(Layout.start.chroma),
                                              static_cast<u8>(Layout.start.chroma)};
-
-// Where a frame ends at the latest: offset in bytes from its start.
-template <const FrameLayout& Layout>
-u64 FrameLimit(const FrameCall& call, StreamCursor cursor) {
-  return u64{cursor.word} * 4 + MaxFrameBytes(Layout, call.width, call.height);
-}
-
-inline void StoreCursors(const FrameCall& call, u64 bitPosition) {
-  const StreamCursor returned = ReturnedCursor(*call.wordCursor, bitPosition);
-  *call.wordCursor = returned.word;
-  *call.bitCursor = returned.bit;
-}
 
 // ---- Encoding
 
@@ -90,9 +77,7 @@ template <const PixelLayout& Pixel>
 }
 
 template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
-Status EncodeFrame(const FrameCall& call, const char* routineName) {
-  const Status checked = CheckArguments(call, SignificantBits(Pixel, Layout.samples.alpha), routineName);
-  if (checked != Status::complete) return checked;
+Status EncodePairs(const FrameCall& call) {
   const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
   const u64 limit = FrameLimit<Layout>(call, cursor);
   const u32 pairs = UnitsPerRow(Layout, call.width);
@@ -296,10 +281,7 @@ Status DecodeRows(RowSource& source, const RowCodes<256>& codes, [[maybe_unused]
 }
 
 template <const FrameLayout& Layout, Scan FrameScan, const PixelLayout& Pixel>
-Status DecodeFrame(const FrameCall& call, const char* routineName) {
-  const Status checked = CheckArguments(call, SignificantBits(Pixel, Layout.samples.alpha), routineName);
-  if (checked != Status::complete) return checked;
-  if (FrameScan == Scan::p && call.scratch == nullptr) return Status::scratchMissing;
+Status DecodePairs(const FrameCall& call) {
   const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
   const std::uintptr_t scratch = (reinterpret_cast<std::uintptr_t>(call.scratch) + 3) & ~std::uintptr_t{3};
   RowSource source = {

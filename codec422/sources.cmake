@@ -1,4 +1,3 @@
 target_sources(vorel_core_objects PRIVATE
-  ${PROJECT_SOURCE_DIR}/codec422/members_8bw.cpp
   ${PROJECT_SOURCE_DIR}/codec422/pair_rebuild.cpp
 )

@@ -260,10 +260,9 @@ inline void GetRawBytes(BitReader& reader, u8* out, std::size_t count) {
 
 // Writes `steps` units of `Length` samples as plain fields of `SampleBits` bits.
 template <u32 Length, u32 SampleBits, typename Window>
-void PutRawSteps(BitWriter<Window>& writer, const std::array<const i16*, Length>& planes, u32 steps) {
+void PutRawSteps(BitWriter<Window>& writer, const std::array<const u16*, Length>& planes, u32 steps) {
   for (u32 i = 0; i < steps; ++i) {
-    for (u32 k = 0; k < Length; ++k)
-      PutBits(writer, static_cast<Window>(static_cast<u16>(planes[k][i])), SampleBits);
+    for (u32 k = 0; k < Length; ++k) PutBits(writer, Window{planes[k][i]}, SampleBits);
   }
 }
 

@@ -25,23 +25,52 @@ inline constexpr u32 kPairBytes = Pixel.unitBytes;
 // strip may be read, of which those behind `pairs` have any value. The left neighbour of the first pair is
 // `leftOfRow`, a pair in stream order. Bytes of the row behind its last pair are not read.
 //
-// 'yuvu' has its bytes in the order of the cells, so within a row they are read where they stand.
+// 'yuvu' and 'yuvs' have their bytes in the order of the cells, so within a row they are read where they stand;
+// '2vuy' has each two the other way round.
+template <const PixelLayout& Pixel>
+inline constexpr bool kInOrderOfCells = Pixel.place[0] == 0;
+
+// Exchanges the bytes of each cell.
+inline void SwapCells(const u8* __restrict from, std::size_t cells, u8* __restrict to) {
+  for (std::size_t i = 0; i < cells; ++i) {
+    const u16 cell = LoadNative<u16>(from + 2 * i);
+    StoreNative(to + 2 * i, static_cast<u16>(cell << 8 | cell >> 8));
+  }
+}
+
 template <const PixelLayout& Pixel>
 inline const u8* FillPairs(const u8* row, u32 first, u32 pairs, u32 leftOfRow, PairStrip& strip) {
-  static_assert(Pixel.code == Pxyuvu.code);
+  static_assert(Pixel.container == Container::bytes && Pixel.unit == Unit::pair);
   const u8* source = row + std::size_t{first} * kPairCellBytes;
-  if (first != 0 && pairs == kStripPairs) return source;
   u8* cells = reinterpret_cast<u8*>(strip.cells + kStripMargin);
-  StoreNative(cells - kPairCellBytes, first == 0 ? leftOfRow : LoadNative<u32>(source - kPairCellBytes));
-  std::memcpy(cells, source, pairs * kPairCellBytes);
+  if constexpr (kInOrderOfCells<Pixel>) {
+    if (first != 0 && pairs == kStripPairs) return source;
+    StoreNative(cells - kPairCellBytes, first == 0 ? leftOfRow : LoadNative<u32>(source - kPairCellBytes));
+    std::memcpy(cells, source, pairs * kPairCellBytes);
+  } else {
+    if (first == 0) {
+      StoreNative(cells - kPairCellBytes, leftOfRow);
+    } else {
+      SwapCells(source - kPairCellBytes, 2, cells - kPairCellBytes);
+    }
+    if (pairs == kStripPairs) {
+      SwapCells(source, kStripPixels, cells);
+    } else {
+      SwapCells(source, std::size_t{pairs} * 2, cells);
+    }
+  }
   return cells;
 }
 
-// Stores `pairs` pairs of 8-bit samples, Y'0, Cb, Y'1, Cr, at `target`. 'yuvu' has them in this very order.
+// Stores `pairs` pairs of 8-bit samples, Y'0, Cb, Y'1, Cr, at `target`.
 template <const PixelLayout& Pixel>
 void DrainPairs(const u8* samples, std::size_t pairs, u8* target) {
-  static_assert(Pixel.code == Pxyuvu.code);
-  std::memcpy(target, samples, pairs * 4);
+  static_assert(Pixel.container == Container::bytes && Pixel.unit == Unit::pair);
+  if constexpr (kInOrderOfCells<Pixel>) {
+    std::memcpy(target, samples, pairs * kPairCellBytes);
+  } else {
+    SwapCells(samples, pairs * 2, target);
+  }
 }
 
 }  // namespace vorel

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <map>
 #include <set>
 
 #include "frame/catalogue.h"
@@ -366,18 +367,68 @@ TEST_F(Dispatch, ProgressiveFramesNeedScratchAndInterlacedOnesDoNot) {
   EXPECT_EQ(copy, picture);
 }
 
-TEST(Catalogue, NamesFollowFromLayoutScanAndPixelFormatAndStandOnce) {
-  std::set<std::string> names;
+// The pixel part of a routine's name, by the code and by whether the frame has alpha.
+std::string PixelPart(u32 code, bool alpha) {
+  static const std::map<u32, std::pair<std::string, std::string>> kTwoNames = {
+      {32, {"ARGB", "_RGB"}},
+      {FourCharacterCode("RGBA"), {"RGBA", "RGB_"}},
+      {FourCharacterCode("ABGR"), {"ABGR", "_BGR"}},
+      {FourCharacterCode("BGRA"), {"BGRA", "BGR_"}},
+      {FourCharacterCode("VRGB"), {"AVRGB", "_VRGB"}},
+      {FourCharacterCode("b64a"), {"b64a", "b64_"}},
+      {FourCharacterCode("L64A"), {"L64A", "L64_"}},
+      {FourCharacterCode("A46L"), {"A46L", "_46L"}},
+      {FourCharacterCode("V416"), {"AV416", "_V416"}},
+      {FourCharacterCode("VUYA"), {"VUYA", "VUY_"}},
+      {FourCharacterCode("v408"), {"Av408", "_v408"}},
+      {FourCharacterCode("r408"), {"Ar408", "_r408"}},
+      {24, {"RGB", "RGB"}},
+      {FourCharacterCode("24BG"), {"BGR", "BGR"}}};
+  if (const auto found = kTwoNames.find(code); found != kTwoNames.end())
+    return alpha ? found->second.first : found->second.second;
+  return {static_cast<char>(code >> 24), static_cast<char>(code >> 16), static_cast<char>(code >> 8),
+          static_cast<char>(code)};
+}
+
+// Frame parts of the names by the tags of progressive frames.
+TEST(Catalogue, NamesFollowFromTagScanAndPixelFormatAndOneStandsTwice) {
+  static const std::map<u32, std::string> kFrameParts = {
+      {WordOfBytes("RGBX"), "RGB10bf"},         {WordOfBytes("ARGX"), "RGBA10bf"},
+      {WordOfBytes(" RGB"), "RGB8bf"},          {WordOfBytes("ARGB"), "RGBA8bf"},
+      {WordOfBytes("YBR\n"), "YCbCr10bv444"},   {WordOfBytes("CA4p"), "YCbCrA10bv4444"},
+      {WordOfBytes(" YBR"), "YCbCr8bv444"},     {WordOfBytes("AYBR"), "YCbCrA8bv4444"},
+      {WordOfBytes(" YbR"), "YCbCr8bu444"},     {WordOfBytes("AYbR"), "YCbCrA8bu4444"},
+      {WordOfBytes("\xA2YRY"), "YCbCr10bv422"}, {WordOfBytes("CA2p"), "YCbCrA10bv4224"},
+      {WordOfBytes("BYRY"), "YCbCr8bv422"},     {WordOfBytes("C82p"), "YCbCrA8bv4224"},
+      {WordOfBytes("YbYr"), "YCbCr8bw422"}};
+  std::multiset<std::string> names;
   for (const FrameRoutine& routine : AllRoutines()) {
     const bool encode = routine.direction == Direction::encode;
-    const std::string expected = std::string("VorelYCbCr8bw422") + (routine.scan == Scan::p ? "p" : "i") +
-                                 (encode ? "FromyuvuEncode" : "ToyuvuDecode");
+    const std::string& frame = kFrameParts.at(routine.layout->tags[0]);
+    const bool alpha = frame.find("CbCrA") != std::string::npos || frame.starts_with("RGBA");
+    std::string expected = "Vorel" + frame + (routine.scan == Scan::p ? "p" : "i") +
+                           (encode ? "From" : "To") + PixelPart(routine.pixelFormat, alpha) +
+                           (encode ? "Encode" : "Decode");
+    if (expected == "VorelYCbCr8bv444pToBGRDecode") expected = "VorelYCbCr8bv444pToRGBDecode";
     EXPECT_EQ(routine.name, expected);
-    EXPECT_TRUE(names.insert(routine.name).second);
+    names.insert(routine.name);
     EXPECT_EQ(routine.takesScratch, !encode && routine.scan == Scan::p);
-    EXPECT_FALSE(routine.takesColourStandard);
   }
-  EXPECT_EQ(names.size(), 4u);
+  EXPECT_EQ(names.size(), 1082u);
+  EXPECT_EQ(names.count("VorelYCbCr8bv444pToRGBDecode"), 2u);
+  EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), 1081u);
+}
+
+// The exported symbol of the routine with its neighbour's name is its own.
+TEST(Catalogue, TheDoubledNameHasTwoSymbols) {
+  const u32 tag = WordOfBytes(" YBR");
+  const FrameRoutine* rgb = FindRoutine(Direction::decode, 24, tag);
+  const FrameRoutine* bgr = FindRoutine(Direction::decode, FourCharacterCode("24BG"), tag);
+  ASSERT_NE(rgb, nullptr);
+  ASSERT_NE(bgr, nullptr);
+  EXPECT_EQ(rgb->exported.matrixScratchDecode, &VorelYCbCr8bv444pToRGBDecode);
+  EXPECT_EQ(bgr->exported.matrixScratchDecode, &VorelYCbCr8bv444pToBGRDecode);
+  EXPECT_STREQ(bgr->name, "VorelYCbCr8bv444pToRGBDecode");
 }
 
 }  // namespace

@@ -1,0 +1,4 @@
+// The frame routines of YCbCrA8bv4444, progressive and interlaced.
+#include "codec/frame_codec.h"
+
+VOREL_DEFINE_MEMBERS(YCbCrA8bv4444)

@@ -1,0 +1,168 @@
+// The row loop of an encoder for any frame layout, from picture to frame. It knows samples; pixel formats end in
+// the function that fills a strip.
+#pragma once
+#include "codec/frame_limits.h"
+#include "codec/strip_symbols.h"
+#include "entropy/symbol_coder.h"
+#include "frame/argument_check.h"
+#include "frame/row_walk.h"
+#include "pixel/conversion.h"
+
+namespace vorel {
+
+// How a frame's strips are filled: chosen once a frame, called once a strip.
+struct PictureSource {
+  void (*fill)(const u8* row, StripPlace place, const ColourWeights& weights, ChromaCarry& carry,
+               SampleStrip& strip);
+  ColourWeights weights;
+};
+
+// Samples of a row and of the row above it stay on the stack up to 4,128 pixels. Of wider rows a strip is made
+// when it is needed, and those of the row above are made again.
+inline constexpr u32 kKeptStrips = 43;
+
+struct KeptRow {
+  std::array<SampleStrip, kKeptStrips> strips;
+};
+
+template <const FrameLayout& Layout>
+struct RowStrips {
+  const PictureSource* source;
+  u32 width;
+  bool keeps;  // the strips of a row
+  KeptRow* now;
+  KeptRow* above;
+
+  // Makes a strip of `row`, with the samples left of it in place, in the kept row or in its first strip. The
+  // left neighbour of the first strip is the caller's.
+  SampleStrip& Make(KeptRow& kept, const u8* row, u32 number, const UnitSamples& leftOfRow,
+                    ChromaCarry& carry) const {
+    SampleStrip& strip = kept.strips[keeps ? number : 0];
+    const UnitSamples left =
+        number == 0 ? leftOfRow : LastSamples<Layout>(kept.strips[keeps ? number - 1 : 0]);
+    source->fill(row, {number * kStripPixels, width}, source->weights, carry, strip);
+    SetLeft(strip, left);
+    return strip;
+  }
+};
+
+template <const FrameLayout& Layout>
+u32 StepsAt(u32 width, u32 strip) {
+  const u32 steps = kInPairs<Layout> ? (width + 1) / 2 * 2 : width;
+  return std::min(kStripPixels, steps - strip * kStripPixels);
+}
+
+template <const FrameLayout& Layout>
+u32 StripsOf(u32 width) {
+  return (width + kStripPixels - 1) / kStripPixels;
+}
+
+template <const FrameLayout& Layout>
+void PutStrip(BitWriter<NativeWindow>& writer, const RowCodes<kSymbolsOf<Layout>>& codes,
+              const StripSymbols& symbols, u32 steps) {
+  if constexpr (kInPairs<Layout> && !Layout.samples.alpha && Layout.samples.bits == 8) {
+    std::array<u16, kStripPixels> pairs;
+    for (u32 i = 0; i < kStripPixels; ++i)
+      pairs[i] = static_cast<u16>(symbols.first.cells[i] | symbols.second.cells[i] << 8);
+    PutSymbolPairs(writer, codes, pairs.data(), steps);
+  } else {
+    PutSteps<kStepLength<Layout>>(writer, codes, InOrder<Layout>(symbols), steps);
+  }
+}
+
+// Codes a row as predicted. Gives the samples of its first unit.
+template <const FrameLayout& Layout, bool FromAbove>
+[[gnu::noinline]] UnitSamples PutPredictedRow(BitWriter<NativeWindow>& writer,
+                                              const RowCodes<kSymbolsOf<Layout>>& codes,
+                                              const RowStrips<Layout>& rows, const u8* row,
+                                              const u8* rowAbove, const UnitSamples& leftOfRow) {
+  ChromaCarry carry = {};
+  ChromaCarry carryAbove = {};
+  StripSymbols symbols;
+  UnitSamples firstUnit = {};
+  UnitSamples left = leftOfRow;
+  const u32 strips = StripsOf<Layout>(rows.width);
+  for (u32 i = 0; i < strips; ++i) {
+    const SampleStrip* above = &rows.above->strips[rows.keeps ? i : 0];
+    if constexpr (FromAbove) {
+      if (!rows.keeps) above = &rows.Make(*rows.above, rowAbove, i, left, carryAbove);
+      if (i == 0) {
+        // Left of the first unit both rows have what stands above it.
+        left = FirstSamples(*above);
+        SetLeft(rows.above->strips[0], left);
+      }
+    }
+    const SampleStrip& strip = rows.Make(*rows.now, row, i, left, carry);
+    if (i == 0) firstUnit = FirstSamples(strip);
+    PredictStrip<Layout, FromAbove>(strip, *above, symbols);
+    PutStrip<Layout>(writer, codes, symbols, StepsAt<Layout>(rows.width, i));
+  }
+  return firstUnit;
+}
+
+template <const FrameLayout& Layout>
+[[gnu::noinline]] void PutRawRow(BitWriter<NativeWindow>& writer, const RowStrips<Layout>& rows,
+                                 const u8* row) {
+  ChromaCarry carry = {};
+  StripSymbols symbols;
+  const u32 strips = StripsOf<Layout>(rows.width);
+  for (u32 i = 0; i < strips; ++i) {
+    const SampleStrip& strip =
+        rows.keeps ? rows.now->strips[i] : rows.Make(*rows.now, row, i, UnitSamples{}, carry);
+    CopySamples<Layout>(strip, symbols);
+    PutRawSteps<kStepLength<Layout>, Layout.samples.bits>(writer, InOrder<Layout>(symbols),
+                                                          StepsAt<Layout>(rows.width, i));
+  }
+}
+
+// One body for all pixel formats of a layout and scan.
+template <const FrameLayout& Layout, Scan FrameScan>
+[[gnu::noinline]] Status EncodePlanes(const FrameCall& call, const PictureSource& source) {
+  const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
+  const u64 limit = FrameLimit<Layout>(call, cursor);
+  const auto& codes = RowCodesOfLayout<Layout, FrameScan>();
+  BitWriter<NativeWindow> writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
+  RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
+  std::array<KeptRow, 2> kept;
+  RowStrips<Layout> rows = {&source, call.width, StripsOf<Layout>(call.width) <= kKeptStrips, &kept[0],
+                            &kept[1]};
+  UnitSamples leftOfRow = kStartOfFrame<Layout, FrameScan>;
+  Status status = Status::complete;
+  for (u32 row = 0; row < call.height; ++row) {
+    const u8* const pixels = CurrentRow(walk);
+    const BitWriter<NativeWindow> rowStart = writer;
+    PutBits(writer, NativeWindow{0}, 1);
+    if (FrameScan == Scan::p && row != 0) {
+      PutPredictedRow<Layout, true>(writer, codes, rows, pixels, pixels - call.rowBytes, leftOfRow);
+    } else {
+      const UnitSamples firstUnit =
+          PutPredictedRow<Layout, false>(writer, codes, rows, pixels, nullptr, leftOfRow);
+      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) leftOfRow = firstUnit;
+    }
+    const u64 words = (WrittenBits(writer) >> 5) - (WrittenBits(rowStart) >> 5);
+    if (!PredictedRowStays(Layout, words, call.width)) {
+      // The bound is tested with the attempted row in place: a frame may end here although the raw row would
+      // fit.
+      if (IsPastLimit(writer, limit)) {
+        status = Status::frameBoundWritten;
+        break;
+      }
+      writer = rowStart;
+      PutBits(writer, NativeWindow{1}, 1);
+      PutRawRow<Layout>(writer, rows, pixels);
+    }
+    std::swap(rows.now, rows.above);
+    if (!StepRow(walk)) {
+      status = Status::rowLeftPictureEncode;
+      break;
+    }
+    if (IsPastLimit(writer, limit)) {
+      status = Status::frameBoundWritten;
+      break;
+    }
+  }
+  StoreCursors(call, CloseWriter(writer));
+  return status;
+}
+
+}  // namespace vorel
