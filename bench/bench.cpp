@@ -1,8 +1,9 @@
 // Speed of the frame routines, one thread, beside memcpy in the same run.
 //
-//   vorel-bench [--corpus=FOLDER] [options of Google Benchmark]
+//   vorel-bench [--corpus=FOLDER] [--members=LIST] [options of Google Benchmark]
 //
-// FOLDER holds a folder of PNG files for each kind of picture; without it the clip in samples/ is used.
+// FOLDER holds a folder of PNG files for each kind of picture; without it the clip in samples/ is used. LIST names
+// pairs of frame format and pixel format, as "YCbCr8bv422p/2vuy,RGB8bfp/RGB"; without it some of every format run.
 // Figures: MB/s of raw picture, nanoseconds and cycles per pixel, the fastest of each picture in processor
 // time, and how many times smaller the frames are. A cycle is one step of a chain of dependent additions,
 // timed in this run: shared machines change their clock and their neighbours, so only ratios travel.
@@ -14,27 +15,73 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <sstream>
+#include <stdexcept>
 
 #include "bench/clock.h"
 #include "bench/conversions.h"
 #include "bench/pictures.h"
+#include "frame/catalogue.h"
+#include "frame/frame_bounds.h"
+#include "pixel/conversion_table.h"
 #include "vorel/vorel.h"
 
 namespace vorel::bench {
 namespace {
 
-constexpr u32 kProgressiveTag = 0x72596259;  // "YbYr"
-
-// Frames of one sequence in one scan.
-struct CodedSequence {
-  std::vector<std::vector<u32>> frames;  // with room for the whole frame bound
-  std::size_t bytes;                     // recorded sizes, summed
+// One pair of routines, as --members names it: "YCbCr8bv422p/2vuy".
+struct Member {
+  std::string name;
+  std::string pixelName;
+  const FrameRoutine* encode;
+  const FrameRoutine* decode;
 };
 
+// Some of every frame format, direct and through conversions.
+constexpr const char* kDefaultMembers =
+    "YCbCr8bw422p/yuvu,YCbCr8bw422i/yuvu,YCbCr8bv422p/2vuy,YCbCr8bv422i/2vuy,YCbCr8bv422p/_RGB,"
+    "YCbCr8bv422p/v210,YCbCrA8bv4224p/VUYA,YCbCr10bv422p/v210,YCbCr10bv422i/v210,YCbCrA10bv4224p/AV416,"
+    "YCbCr8bv444p/_v408,YCbCrA8bv4444p/Av408,YCbCr8bu444p/_r408,YCbCr10bv444p/v410,YCbCrA10bv4444p/AV416,"
+    "RGB8bfp/RGB,RGB8bfi/RGB,RGB8bfp/_RGB,RGBA8bfp/BGRA,RGB10bfp/F10k,RGB10bfi/F10k,RGBA10bfp/b64a";
+
+Member FindMember(const std::string& name) {
+  const std::size_t slash = name.find('/');
+  if (slash == std::string::npos) throw std::runtime_error(name + ": a member is LAYOUTscan/PIXEL");
+  const std::string frame = name.substr(0, slash);
+  const std::string pixel = name.substr(slash + 1);
+  Member member = {name, pixel, nullptr, nullptr};
+  for (const FrameRoutine& routine : AllRoutines()) {
+    if (routine.name == "Vorel" + frame + "From" + pixel + "Encode") member.encode = &routine;
+    if (routine.name == "Vorel" + frame + "To" + pixel + "Decode") member.decode = &routine;
+  }
+  if (member.encode == nullptr || member.decode == nullptr)
+    throw std::runtime_error(name + ": not a frame format and a pixel format that go both ways");
+  return member;
+}
+
+// A sequence in the pixel format of a member.
 struct Job {
   const Sequence* sequence;
-  bool interlaced;
+  std::vector<std::vector<u8>> pictures;
+  i32 rowBytes;
 };
+
+// The jobs of one pixel format; pictures of only one stay in memory.
+const std::vector<Job>& JobsOf(const std::vector<const Sequence*>& sequences, const std::string& pixelName) {
+  static std::vector<Job> jobs;
+  static std::string made;
+  const std::string key = pixelName + std::to_string(sequences.size()) + sequences[0]->name;
+  if (made != key) {
+    jobs.clear();
+    for (const Sequence* sequence : sequences) {
+      std::vector<std::vector<u8>> pictures = InPixelFormat(*sequence, pixelName);
+      const i32 rowBytes = static_cast<i32>(pictures[0].size() / sequence->height);
+      jobs.push_back({sequence, std::move(pictures), rowBytes});
+    }
+    made = key;
+  }
+  return jobs;
+}
 
 // One step of a chain of dependent additions, the fastest of some runs just now: clocks change.
 double SecondsPerCycle() {
@@ -53,49 +100,57 @@ double SecondsPerCycle() {
   return least;
 }
 
-i32 RowBytes(const Sequence& sequence) {
-  return static_cast<i32>((sequence.width + 1) / 2 * 4);
-}
+// Frames of one sequence.
+struct CodedSequence {
+  std::vector<std::vector<u32>> frames;  // with room for the whole frame bound
+  std::size_t bytes;                     // recorded sizes, summed
+};
 
-void EncodePicture(const Job& job, std::size_t number, std::vector<u32>& frame, u32& word, u32& bit) {
-  const Sequence& sequence = *job.sequence;
+void Run(const FrameRoutine& routine, const Job& job, const u8* picture, const std::vector<u32>& frame,
+         std::vector<u8>& scratch, u32& word, u32& bit) {
   word = 5;
   bit = 0;
-  const auto routine = job.interlaced ? VorelYCbCr8bw422iFromyuvuEncode : VorelYCbCr8bw422pFromyuvuEncode;
-  const u32 status = routine(sequence.width, sequence.height, RowBytes(sequence),
-                             sequence.pictures[number].data(), &word, &bit, frame.data());
-  if (status != VOREL_COMPLETE) std::abort();
+  const FrameCall call = {job.sequence->width,
+                          job.sequence->height,
+                          job.rowBytes,
+                          const_cast<u8*>(picture),
+                          1,
+                          &word,
+                          &bit,
+                          reinterpret_cast<u8*>(const_cast<u32*>(frame.data())),
+                          scratch.data()};
+  if (routine.run(call) != Status::complete) std::abort();
 }
 
-void DecodePicture(const Job& job, const std::vector<u32>& frame, u8* picture, std::vector<u8>& scratch,
-                   u32& word, u32& bit) {
-  const Sequence& sequence = *job.sequence;
-  word = 5;
-  bit = 0;
-  const u32 status = job.interlaced
-                         ? VorelYCbCr8bw422iToyuvuDecode(sequence.width, sequence.height, RowBytes(sequence),
-                                                         picture, &word, &bit, frame.data())
-                         : VorelYCbCr8bw422pToyuvuDecode(sequence.width, sequence.height, RowBytes(sequence),
-                                                         picture, &word, &bit, frame.data(), scratch.data());
-  if (status != VOREL_COMPLETE) std::abort();
+// Whether any picture comes back as it was.
+bool IsExact(const Member& member) {
+  const SampleDomain& frame = member.encode->layout->samples;
+  for (const Conversion<FillFunction>& row : kFills) {
+    const PixelLayout& pixel = *row.pixel;
+    if (row.pixelName == member.pixelName) {
+      return frame.model == pixel.model && frame.unit == pixel.unit && frame.range == pixel.range &&
+             pixel.sampleBits <= frame.bits;
+    }
+  }
+  return false;
 }
 
-CodedSequence Code(const Job& job) {
-  const Sequence& sequence = *job.sequence;
+CodedSequence Code(const Member& member, const Job& job) {
   CodedSequence coded = {};
-  for (std::size_t i = 0; i < sequence.pictures.size(); ++i) {
-    std::vector<u32> frame(VorelMaxFrameBytes(kProgressiveTag, sequence.width, sequence.height) / 4 + 20);
+  const Sequence& sequence = *job.sequence;
+  for (const std::vector<u8>& picture : job.pictures) {
+    std::vector<u32> frame(MaxFrameBytes(*member.encode->layout, sequence.width, sequence.height) / 4 + 20);
+    std::vector<u8> scratch(VorelScratchBytes(sequence.width));
     u32 word = 0;
     u32 bit = 0;
-    EncodePicture(job, i, frame, word, bit);
+    Run(*member.encode, job, picture.data(), frame, scratch, word, bit);
     coded.bytes += (word * 32 + 7 + bit) / 8;
-    // Every figure rests on frames that decode to their source.
-    std::vector<u8> copy(sequence.pictures[i].size());
-    std::vector<u8> scratch(VorelScratchBytes(sequence.width));
+    // Every figure rests on frames that decode to their source, where the pair keeps it bit for bit.
+    std::vector<u8> copy = picture;
     u32 wordAgain = 0;
     u32 bitAgain = 0;
-    DecodePicture(job, frame, copy.data(), scratch, wordAgain, bitAgain);
-    if (copy != sequence.pictures[i] || wordAgain != word || bitAgain != bit) std::abort();
+    Run(*member.decode, job, copy.data(), frame, scratch, wordAgain, bitAgain);
+    if (wordAgain != word || bitAgain != bit || (IsExact(member) && copy != picture)) std::abort();
     coded.frames.push_back(std::move(frame));
   }
   return coded;
@@ -110,7 +165,7 @@ struct Item {
 std::vector<Item> ItemsOf(const std::vector<Job>& jobs) {
   std::vector<Item> items;
   for (const Job& job : jobs) {
-    for (std::size_t i = 0; i < job.sequence->pictures.size(); ++i) items.push_back({&job, i});
+    for (std::size_t i = 0; i < job.pictures.size(); ++i) items.push_back({&job, i});
   }
   return items;
 }
@@ -137,7 +192,7 @@ void Measure(benchmark::State& state, const std::vector<Item>& items, std::size_
     const Sequence& sequence = *items[i].job->sequence;
     seconds += fastest[i];
     pixels += static_cast<double>(sequence.width) * sequence.height;
-    bytes += static_cast<double>(sequence.pictures[items[i].number].size());
+    bytes += static_cast<double>(items[i].job->pictures[items[i].number].size());
   }
   state.counters["MB/s"] = bytes / 1e6 / seconds;
   state.counters["ns/px"] = seconds * 1e9 / pixels;
@@ -145,78 +200,87 @@ void Measure(benchmark::State& state, const std::vector<Item>& items, std::size_
   if (codedBytes > 0) state.counters["ratio"] = bytes / static_cast<double>(codedBytes);
 }
 
-void Copy(benchmark::State& state, const std::vector<Job>& jobs) {
+void Copy(benchmark::State& state, const Member& member, const std::vector<const Sequence*>& sequences) {
+  const std::vector<Job>& jobs = JobsOf(sequences, member.pixelName);
   const std::vector<Item> items = ItemsOf(jobs);
   std::vector<u8> target;
   for (const Item& item : items)
-    target.resize(std::max(target.size(), item.job->sequence->pictures[item.number].size()));
+    target.resize(std::max(target.size(), item.job->pictures[item.number].size()));
   Measure(state, items, 0, [&](std::size_t i) {
-    const std::vector<u8>& picture = items[i].job->sequence->pictures[items[i].number];
+    const std::vector<u8>& picture = items[i].job->pictures[items[i].number];
     std::memcpy(target.data(), picture.data(), picture.size());
     benchmark::DoNotOptimize(target.data());
   });
 }
 
-void Encode(benchmark::State& state, const std::vector<Job>& jobs) {
-  std::size_t coded = 0;
-  std::size_t longest = 0;
+// All frames of the sequences, in the order of the items.
+std::vector<std::vector<u32>> CodeAll(const Member& member, const std::vector<Job>& jobs,
+                                      std::size_t& bytes) {
+  std::vector<std::vector<u32>> frames;
   for (const Job& job : jobs) {
-    const CodedSequence sequence = Code(job);
-    coded += sequence.bytes;
-    longest = std::max(longest, sequence.frames[0].size());
+    CodedSequence coded = Code(member, job);
+    bytes += coded.bytes;
+    std::move(coded.frames.begin(), coded.frames.end(), std::back_inserter(frames));
   }
-  const std::vector<Item> items = ItemsOf(jobs);
-  std::vector<u32> frame(longest);
-  u32 word = 0;
-  u32 bit = 0;
-  Measure(state, items, coded,
-          [&](std::size_t i) { EncodePicture(*items[i].job, items[i].number, frame, word, bit); });
+  return frames;
 }
 
-void Decode(benchmark::State& state, const std::vector<Job>& jobs) {
-  std::vector<std::vector<u32>> frames;
+void Encode(benchmark::State& state, const Member& member, const std::vector<const Sequence*>& sequences) {
+  const std::vector<Job>& jobs = JobsOf(sequences, member.pixelName);
   std::size_t coded = 0;
-  std::size_t pictureBytes = 0;
+  std::vector<std::vector<u32>> frames = CodeAll(member, jobs, coded);
+  const std::vector<Item> items = ItemsOf(jobs);
+  std::vector<u8> scratch;
+  u32 word = 0;
+  u32 bit = 0;
+  Measure(state, items, coded, [&](std::size_t i) {
+    Run(*member.encode, *items[i].job, items[i].job->pictures[items[i].number].data(), frames[i], scratch,
+        word, bit);
+  });
+}
+
+void Decode(benchmark::State& state, const Member& member, const std::vector<const Sequence*>& sequences) {
+  const std::vector<Job>& jobs = JobsOf(sequences, member.pixelName);
+  std::size_t coded = 0;
+  const std::vector<std::vector<u32>> frames = CodeAll(member, jobs, coded);
+  const std::vector<Item> items = ItemsOf(jobs);
+  std::vector<u8> picture;
   u32 widest = 0;
   for (const Job& job : jobs) {
-    CodedSequence sequence = Code(job);
-    coded += sequence.bytes;
-    pictureBytes = std::max(pictureBytes, job.sequence->pictures[0].size());
+    picture.resize(std::max(picture.size(), job.pictures[0].size()));
     widest = std::max(widest, job.sequence->width);
-    std::move(sequence.frames.begin(), sequence.frames.end(), std::back_inserter(frames));
   }
-  const std::vector<Item> items = ItemsOf(jobs);
-  std::vector<u8> picture(pictureBytes);
   std::vector<u8> scratch(VorelScratchBytes(widest));
   u32 word = 0;
   u32 bit = 0;
   Measure(state, items, coded, [&](std::size_t i) {
-    DecodePicture(*items[i].job, frames[i], picture.data(), scratch, word, bit);
+    Run(*member.decode, *items[i].job, picture.data(), frames[i], scratch, word, bit);
   });
 }
 
-using Run = void(benchmark::State&, const std::vector<Job>&);
+using RunMember = void(benchmark::State&, const Member&, const std::vector<const Sequence*>&);
 
-void Register(const std::string& name, const std::vector<Job>& jobs) {
-  std::vector<Job> interlaced = jobs;
-  for (Job& job : interlaced) job.interlaced = true;
-  const auto add = [&](const std::string& operation, Run* run, const std::vector<Job>& work) {
-    benchmark::RegisterBenchmark((operation + '/' + name).c_str(), run, work)->Unit(benchmark::kMillisecond);
+void Register(const Member& member, const std::string& name, const std::vector<const Sequence*>& sequences) {
+  const auto add = [&](const char* operation, RunMember* run) {
+    benchmark::RegisterBenchmark((std::string(operation) + '/' + member.name + '/' + name).c_str(), run,
+                                 member, sequences)
+        ->Unit(benchmark::kMillisecond);
   };
-  add("memcpy", Copy, jobs);
-  add("encode/yuvu/8bw-p", Encode, jobs);
-  add("encode/yuvu/8bw-i", Encode, interlaced);
-  add("decode/yuvu/8bw-p", Decode, jobs);
-  add("decode/yuvu/8bw-i", Decode, interlaced);
+  add("memcpy", Copy);
+  add("encode", Encode);
+  add("decode", Decode);
 }
 
 int Main(int count, char** arguments) {
   std::string corpus;
+  std::string members = kDefaultMembers;
   int kept = 1;
   for (int i = 1; i < count; ++i) {
     const std::string argument = arguments[i];
     if (argument.starts_with("--corpus=")) {
       corpus = argument.substr(9);
+    } else if (argument.starts_with("--members=")) {
+      members = argument.substr(10);
     } else {
       arguments[kept++] = arguments[i];
     }
@@ -229,12 +293,16 @@ int Main(int count, char** arguments) {
   } else {
     sequences = LoadFolder(corpus);
   }
-  std::vector<Job> all;
-  for (const Sequence& sequence : sequences) {
-    all.push_back({&sequence, false});
-    if (sequences.size() > 1) Register(sequence.name, {{&sequence, false}});
+  std::vector<const Sequence*> all;
+  for (const Sequence& sequence : sequences) all.push_back(&sequence);
+  std::istringstream list(members);
+  for (std::string name; std::getline(list, name, ',');) {
+    const Member member = FindMember(name);
+    Register(member, "all", all);
+    for (const Sequence* sequence : all) {
+      if (all.size() > 1) Register(member, sequence->name, {sequence});
+    }
   }
-  Register("all", all);
   RegisterConversions();
   benchmark::AddCustomContext("cycle", std::to_string(SecondsPerCycle() * 1e9) + " ns");
   benchmark::RunSpecifiedBenchmarks();

@@ -3,69 +3,76 @@
 #include <png.h>
 
 #include <algorithm>
-#include <cmath>
+#include <array>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
+
+#include "pixel/conversion_table.h"
 
 namespace vorel::bench {
 namespace {
 
-struct RgbPicture {
-  u32 width;
-  u32 height;
-  std::vector<u8> samples;  // R, G, B of each pixel
-};
-
-RgbPicture ReadPng(const std::string& path) {
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
-  if (png_image_begin_read_from_file(&image, path.c_str()) == 0)
-    throw std::runtime_error(path + ": " + image.message);
-  image.format = PNG_FORMAT_RGB;
-  RgbPicture picture = {image.width, image.height, std::vector<u8>(PNG_IMAGE_SIZE(image))};
-  const png_color black = {0, 0, 0};  // behind transparent pixels
-  if (png_image_finish_read(&image, &black, picture.samples.data(), 0, nullptr) == 0) {
-    throw std::runtime_error(path + ": " + image.message);
-  }
+// 16-bit words A, R, G, B, as 'b64a' has them; 8-bit samples stand in both bytes of a word.
+std::vector<u8> ReadPng(const std::string& path, u32& width, u32& height) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (file == nullptr) throw std::runtime_error(path + ": cannot be opened");
+  const auto fail = [](png_structp, const char* message) { throw std::runtime_error(message); };
+  png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, nullptr);
+  png_infop info = png_create_info_struct(png);
+  png_init_io(png, file.get());
+  png_read_info(png, info);
+  width = png_get_image_width(png, info);
+  height = png_get_image_height(png, info);
+  png_set_expand_16(png);
+  png_set_gray_to_rgb(png);
+  png_set_add_alpha(png, 0xFFFF, PNG_FILLER_BEFORE);
+  png_set_swap_alpha(png);
+  png_read_update_info(png, info);
+  std::vector<u8> picture(std::size_t{width} * height * 8);
+  std::vector<png_bytep> rows(height);
+  for (std::size_t y = 0; y < height; ++y) rows[y] = &picture[y * width * 8];
+  png_read_image(png, rows.data());
+  png_destroy_read_struct(&png, &info, nullptr);
   return picture;
 }
 
-u8 ToByte(float value) {
-  return static_cast<u8>(std::clamp(std::lround(value), 1L, 254L));
+template <typename Function, std::size_t Count>
+const Conversion<Function>& Find(const std::array<Conversion<Function>, Count>& table,
+                                 const std::string& layout, const std::string& pixel) {
+  for (const Conversion<Function>& row : table) {
+    if (layout == row.layout && pixel == row.pixelName) return row;
+  }
+  throw std::runtime_error("no conversion between " + layout + " and " + pixel);
 }
 
-std::vector<u8> ToYuvu(const RgbPicture& picture) {
-  const std::size_t width = picture.width;
-  const std::size_t pairs = (width + 1) / 2;
-  std::vector<u8> out(pairs * 4 * picture.height);
-  std::vector<float> luma(width);
-  std::vector<float> cb(width);
-  std::vector<float> cr(width);
-  for (std::size_t y = 0; y < picture.height; ++y) {
-    for (std::size_t x = 0; x < width; ++x) {
-      const u8* rgb = &picture.samples[(y * width + x) * 3];
-      const float r = static_cast<float>(rgb[0]) / 255;
-      const float g = static_cast<float>(rgb[1]) / 255;
-      const float b = static_cast<float>(rgb[2]) / 255;
-      luma[x] = 0.2126F * r + 0.7152F * g + 0.0722F * b;
-      cb[x] = (b - luma[x]) / 1.8556F;
-      cr[x] = (r - luma[x]) / 1.5748F;
+std::size_t AlignedRow(const PixelLayout& pixel, u32 width) {
+  return (BytesOfPixels(pixel, width) + 3) & ~std::size_t{3};
+}
+
+// Row by row through the samples of a frame.
+std::vector<u8> Convert(const std::vector<u8>& picture, u32 width, u32 height,
+                        const Conversion<FillFunction>& from, const Conversion<DrainFunction>& to) {
+  const std::size_t rowFrom = AlignedRow(*from.pixel, width);
+  const std::size_t rowTo = AlignedRow(*to.pixel, width);
+  std::vector<u8> out(rowTo * height);
+  for (std::size_t y = 0; y < height; ++y) {
+    ChromaCarry carryFrom = {};
+    ChromaCarry carryTo = {};
+    // A strip behind another: chroma of pairs looks ahead.
+    std::vector<SampleStrip> strips((width + kStripPixels - 1) / kStripPixels);
+    for (u32 i = 0; i < strips.size(); ++i) {
+      from.run(&picture[y * rowFrom], {i * kStripPixels, width}, from.weights(1), carryFrom, strips[i]);
+      if (i > 0) {
+        Cells(strips[i - 1].second)[kStripPairs] = Cells(strips[i].second)[0];
+        Cells(strips[i - 1].third)[kStripPairs] = Cells(strips[i].third)[0];
+      }
     }
-    const auto filtered = [&](const std::vector<float>& c, std::size_t x) {
-      const float left = c[x == 0 ? 0 : x - 1];
-      const float right = c[std::min(x + 1, width - 1)];
-      return static_cast<u8>(ToByte(128 + 224 * (left + 2 * c[x] + right) / 4) - 128);
-    };
-    u8* row = &out[y * pairs * 4];
-    for (std::size_t k = 0; k < pairs; ++k) {
-      row[4 * k] = ToByte(16 + 219 * luma[2 * k]);
-      row[4 * k + 1] = filtered(cb, 2 * k);
-      row[4 * k + 2] = ToByte(16 + 219 * luma[std::min(2 * k + 1, width - 1)]);
-      row[4 * k + 3] = filtered(cr, 2 * k);
-    }
+    for (u32 i = 0; i < strips.size(); ++i)
+      to.run(strips[i], {i * kStripPixels, width}, to.weights(1), carryTo, &out[y * rowTo]);
   }
   return out;
 }
@@ -80,15 +87,16 @@ std::vector<Sequence> LoadFolder(const std::string& folder) {
   std::sort(files.begin(), files.end());
   std::vector<Sequence> sequences;
   for (const std::filesystem::path& file : files) {
-    const RgbPicture picture = ReadPng(file.string());
+    u32 width = 0;
+    u32 height = 0;
+    std::vector<u8> picture = ReadPng(file.string(), width, height);
     const std::string name = file.parent_path().filename().string();
-    if (sequences.empty() || sequences.back().name != name)
-      sequences.push_back({name, picture.width, picture.height, {}});
+    if (sequences.empty() || sequences.back().name != name) sequences.push_back({name, width, height, {}});
     Sequence& sequence = sequences.back();
-    if (picture.width != sequence.width || picture.height != sequence.height) {
+    if (width != sequence.width || height != sequence.height) {
       throw std::runtime_error(file.string() + ": another size than the pictures before it");
     }
-    sequence.pictures.push_back(ToYuvu(picture));
+    sequence.pictures.push_back(std::move(picture));
   }
   if (sequences.empty()) throw std::runtime_error(folder + ": no PNG files");
   return sequences;
@@ -111,12 +119,41 @@ Sequence LoadSampleClip(const std::string& path) {
     std::vector<u8> picture(2 * lumaBytes);
     for (std::size_t i = 0; i < lumaBytes; ++i) {
       const char chroma = planes[lumaBytes + i % 2 * (lumaBytes / 2) + i / 2];
-      picture[2 * i] = static_cast<u8>(planes[i]);
-      picture[2 * i + 1] = static_cast<u8>(static_cast<u8>(chroma) - 128);
+      picture[2 * i] = static_cast<u8>(chroma);
+      picture[2 * i + 1] = static_cast<u8>(planes[i]);
     }
-    sequence.pictures.push_back(std::move(picture));
+    sequence.pictures.push_back(Convert(picture, sequence.width, sequence.height,
+                                        Find(kFills, "YCbCr8bv422", "2vuy"),
+                                        Find(kDrains, "YCbCr8bv422", "b64_")));
   }
   return sequence;
+}
+
+std::vector<std::vector<u8>> InPixelFormat(const Sequence& sequence, const std::string& pixelName) {
+  const bool isWide = pixelName == "yuvu";
+  const std::string target = isWide ? "yuvs" : pixelName;
+  const PixelLayout* pixel = nullptr;
+  bool alpha = false;
+  for (const Conversion<DrainFunction>& row : kDrains) {
+    if (target == row.pixelName && row.frame->model == ColourModel::rgb) {
+      pixel = row.pixel;
+      alpha = row.frame->alpha;
+      break;
+    }
+  }
+  if (pixel == nullptr) throw std::runtime_error(pixelName + ": no such pixel format");
+  const std::string layout = std::string(alpha ? "RGBA" : "RGB") + (pixel->sampleBits == 8 ? "8bf" : "10bf");
+  std::vector<std::vector<u8>> pictures;
+  for (const std::vector<u8>& source : sequence.pictures) {
+    std::vector<u8> picture =
+        Convert(source, sequence.width, sequence.height, Find(kFills, layout, alpha ? "b64a" : "b64_"),
+                Find(kDrains, layout, target));
+    if (isWide) {
+      for (std::size_t i = 1; i < picture.size(); i += 2) picture[i] = static_cast<u8>(picture[i] - 128);
+    }
+    pictures.push_back(std::move(picture));
+  }
+  return pictures;
 }
 
 }  // namespace vorel::bench

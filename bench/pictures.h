@@ -7,20 +7,22 @@
 
 namespace vorel::bench {
 
-// Pictures of one kind and size, as 'yuvu' rows without padding.
+// Pictures of one kind and size.
 struct Sequence {
   std::string name;
   u32 width;
   u32 height;
-  std::vector<std::vector<u8>> pictures;
+  std::vector<std::vector<u8>> pictures;  // 'b64a', rows without gaps
 };
 
-// Every folder of `folder` that holds PNG files is a sequence. R'G'B' is turned into video-range Y'CbCr with
-// the weights of ITU-R BT.709 and chroma filtered 1-2-1; this serves measurement alone. Throws
-// std::runtime_error.
+// Every folder of `folder` that holds PNG files is a sequence. Throws std::runtime_error.
 std::vector<Sequence> LoadFolder(const std::string& folder);
 
 // The clip of the samples: a YUV4MPEG2 file of 4:2:2 pictures with 8 bits.
 Sequence LoadSampleClip(const std::string& path);
+
+// The pictures in another pixel format, by its name in the routines ("2vuy", "_RGB", "ARGB"): through 8 bits where
+// it has no more, else through 10. Rows are aligned to 4.
+std::vector<std::vector<u8>> InPixelFormat(const Sequence& sequence, const std::string& pixelName);
 
 }  // namespace vorel::bench

@@ -1,3 +1,4 @@
 target_sources(vorel_core_objects PRIVATE
   ${PROJECT_SOURCE_DIR}/codec422/pair_rebuild.cpp
+  ${PROJECT_SOURCE_DIR}/codec422/reduced_rows.cpp
 )

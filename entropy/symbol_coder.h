@@ -80,51 +80,55 @@ void PutRawBytes(BitWriter<Window>& writer, const u8* bytes, std::size_t count) 
   writer = local;
 }
 
+// The codes of one repetition of a pattern, put together.
+struct StepCode {
+  u64 bits;
+  u32 length;  // up to 64: then the first bits may be missing
+};
+
 // Codes `steps` repetitions of a pattern of `Length` symbols, each symbol from a plane of its own.
 template <u32 Length, typename Window, int Symbols>
 void PutSteps(BitWriter<Window>& writer, const RowCodes<Symbols>& codes,
-              const std::array<const u16*, Length>& planes, u32 steps) {
+              std::array<const u16*, Length> planes, u32 steps) {
   std::array<const u32*, Length> tables;
   for (u32 k = 0; k < Length; ++k)
     tables[k] = (*codes.single)[static_cast<std::size_t>(Index(ClassAt(codes.pattern, k)))].data();
-  if (!HasRoom(writer, std::size_t{steps} * Length * kLongestCode / 8)) {
-    for (u32 i = 0; i < steps; ++i) {
-      for (u32 k = 0; k < Length; ++k) {
-        const u32 code = tables[k][planes[k][i]];
-        PutBits(writer, static_cast<Window>(code >> 8), code & 255);
-      }
+  const auto putOneByOne = [&](BitWriter<Window>& to, u32 i) {
+    for (u32 k = 0; k < Length; ++k) {
+      const u32 code = tables[k][planes[k][i]];
+      PutBits(to, static_cast<Window>(code >> 8), code & 255);
     }
+  };
+  if (!HasRoom(writer, std::size_t{steps} * Length * kLongestCode / 8)) {
+    for (u32 i = 0; i < steps; ++i) putOneByOne(writer, i);
     return;
   }
   BitWriter<Window> local = writer;  // in registers: stores through u8* could otherwise alter it
-  for (u32 i = 0; i < steps; ++i) {
-    std::array<u32, Length> code;
-    for (u32 k = 0; k < Length; ++k) code[k] = tables[k][planes[k][i]];
-    if constexpr (kWindowBits<Window> == 64) {
-      // Three codes fit one put. A fourth one of full length does not.
-      u64 bits = code[0] >> 8;
-      u32 length = code[0] & 255;
-      for (u32 k = 1; k < std::min(Length, 3u); ++k) {
-        bits = bits << (code[k] & 63) | code[k] >> 8;
-        length += code[k] & 255;
+  u32 i = 0;
+  if constexpr (kWindowBits<Window> == 64) {
+    const auto gather = [&](u32 step) {
+      u32 code = tables[0][planes[0][step]];
+      StepCode gathered = {code >> 8, code & 255};
+      for (u32 k = 1; k < Length; ++k) {
+        code = tables[k][planes[k][step]];
+        gathered.bits = gathered.bits << (code & 63) | code >> 8;
+        gathered.length += code & 255;
       }
-      static_assert(3 * kLongestCode <= kMostBitsPerPut<Window>);
-      if constexpr (Length == 4) {
-        if (length + kLongestCode <= kMostBitsPerPut<Window>) [[likely]] {
-          bits = bits << (code[3] & 63) | code[3] >> 8;
-          length += code[3] & 255;
-          PutBitsFast(local, bits, length);
-        } else {
-          PutBitsFast(local, bits, length);
-          PutBitsFast(local, u64{code[3] >> 8}, code[3] & 255);
-        }
+      return gathered;
+    };
+    // Two at a time: their codes are short as a rule.
+    for (; i + 2 <= steps; i += 2) {
+      const StepCode first = gather(i);
+      const StepCode second = gather(i + 1);
+      if (first.length + second.length <= kMostBitsPerPut<Window>) [[likely]] {
+        PutBitsFast(local, first.bits << second.length | second.bits, first.length + second.length);
       } else {
-        PutBitsFast(local, bits, length);
+        putOneByOne(local, i);
+        putOneByOne(local, i + 1);
       }
-    } else {
-      for (u32 k = 0; k < Length; ++k) PutBitsFast(local, static_cast<Window>(code[k] >> 8), code[k] & 255);
     }
   }
+  for (; i < steps; ++i) putOneByOne(local, i);
   writer = local;
 }
 

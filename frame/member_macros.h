@@ -38,11 +38,12 @@ constexpr const char* ReportedName(const char* name) {
         bitCursor, vorel::Writable<vorel::u8>(frame), SCRATCH                                      \
   }
 
-#define VOREL_DEFINE_RUN(DIRECTION, NAME, LAYOUT, SCAN, PIXEL)                         \
-  namespace vorel {                                                                    \
-  Status NAME##Run(const FrameCall& call) {                                            \
-    return DIRECTION##Frame<LAYOUT, Scan::SCAN, Px##PIXEL>(call, ReportedName(#NAME)); \
-  }                                                                                    \
+#define VOREL_DEFINE_RUN(DIRECTION, NAME, LAYOUT, SCAN, PIXEL)           \
+  namespace vorel {                                                      \
+  Status NAME##Run(const FrameCall& call) {                              \
+    constexpr const char* kName = ReportedName(#NAME);                   \
+    return DIRECTION##Frame<LAYOUT, Scan::SCAN, Px##PIXEL>(call, kName); \
+  }                                                                      \
   }
 
 #define VOREL_DEFINE_ENCODE(K, LAYOUT, SCAN, PIXEL)                                            \

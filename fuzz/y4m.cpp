@@ -1,5 +1,5 @@
 // Any bytes as a YUV4MPEG2 stream: they are read or refused, and what is read is written and read again
-// unchanged.
+// unchanged, in either form that 8 bits come in.
 #include "picture_io/y4m.h"
 
 #include <cstdlib>
@@ -14,13 +14,13 @@ using namespace vorel::picture_io;
 // Larger pictures only cost time.
 constexpr u64 kMostPixels = 1 << 16;
 
-void ReadAndWrite(std::vector<u8> bytes) {
-  const PictureSource source = OpenY4mSource(ByteInputOf(std::move(bytes), "fuzz"));
+void ReadAndWrite(std::vector<u8> bytes, u32 eightBits) {
+  const PictureSource source = OpenY4mSource(ByteInputOf(std::move(bytes), "fuzz"), eightBits);
   std::vector<u8> written;
   const PictureSink sink = OpenY4mSink(source.format, [&written](const u8* data, std::size_t size) {
     written.insert(written.end(), data, data + size);
   });
-  const PictureSource again = OpenY4mSource(ByteInputOf(written, "header"));
+  const PictureSource again = OpenY4mSource(ByteInputOf(written, "header"), eightBits);
   if (again.format != source.format) std::abort();
 
   StoredPicture stored;
@@ -41,7 +41,8 @@ void ReadAndWrite(std::vector<u8> bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const vorel::u8* data, std::size_t size) {
   try {
-    ReadAndWrite({data, data + size});
+    ReadAndWrite({data, data + size}, k2vuy);
+    ReadAndWrite({data, data + size}, kYuvu);
   } catch (const vorel::Problem& problem) {
     if (problem.what.empty() || problem.where.empty()) std::abort();
   }

@@ -47,6 +47,14 @@ VOREL_ENCODERS(VOREL_DECLARE_ENCODE, i)
 VOREL_DECODERS(VOREL_DECLARE_DECODE_P, p)
 VOREL_DECODERS(VOREL_DECLARE_DECODE_I, i)
 
+/* Interlaced 8bv 4:2:2 whose rows may have reduced precision: a row begins with n ones and a zero, is raw if n is
+ * odd, and has samples of 8 - n / 2 bits. No tag stands for such frames and no dispatch function leads here. In a
+ * damaged frame a run of ones ends at the frame bound.
+ */
+VOREL_API VorelStatus VorelYCbCr8bv422irTo2vuyDecode(uint32_t width, uint32_t height, int32_t rowBytes,
+                                                     void* base, uint32_t* wordCursor, uint32_t* bitCursor,
+                                                     const uint32_t* frame);
+
 #undef VOREL_DECLARE_ENCODE
 #undef VOREL_DECLARE_DECODE_P
 #undef VOREL_DECLARE_DECODE_I
