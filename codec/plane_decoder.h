@@ -72,10 +72,8 @@ template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
   std::array<SampleOf<kSymbolsOf<Layout>>, kRunSteps * kLength> symbols;
   std::array<SampleStrip, 2> strips;
   SampleStrip above;
-  if constexpr (kInPairs<Layout>) {
-    // A strip that is not full is interpolated and filtered to its end all the same.
-    for (SampleStrip& strip : strips) strip = {};
-  }
+  // A strip that is not full is drained to its end all the same, so there must be samples.
+  for (SampleStrip& strip : strips) strip = {};
   RowDrain drain = {&target, CurrentRow(source.walk), source.width, {}};
   UnitSamples firstUnit = {};
   UnitSamples left = leftOfRow;
