@@ -264,10 +264,24 @@ inline void GetRawBytes(BitReader& reader, u8* out, std::size_t count) {
 
 // Writes `steps` units of `Length` samples as plain fields of `SampleBits` bits.
 template <u32 Length, u32 SampleBits, typename Window>
-void PutRawSteps(BitWriter<Window>& writer, const std::array<const u16*, Length>& planes, u32 steps) {
-  for (u32 i = 0; i < steps; ++i) {
-    for (u32 k = 0; k < Length; ++k) PutBits(writer, Window{planes[k][i]}, SampleBits);
+void PutRawSteps(BitWriter<Window>& writer, std::array<const u16*, Length> planes, u32 steps) {
+  if (!HasRoom(writer, std::size_t{steps} * Length * 2)) {
+    for (u32 i = 0; i < steps; ++i) {
+      for (u32 k = 0; k < Length; ++k) PutBits(writer, Window{planes[k][i]}, SampleBits);
+    }
+    return;
   }
+  BitWriter<Window> local = writer;
+  for (u32 i = 0; i < steps; ++i) {
+    if constexpr (Length * SampleBits <= kMostBitsPerPut<Window>) {
+      Window fields = planes[0][i];
+      for (u32 k = 1; k < Length; ++k) fields = fields << SampleBits | planes[k][i];
+      PutBitsFast(local, fields, Length * SampleBits);
+    } else {
+      for (u32 k = 0; k < Length; ++k) PutBitsFast(local, Window{planes[k][i]}, SampleBits);
+    }
+  }
+  writer = local;
 }
 
 // Reads `count` fields of `SampleBits` bits.

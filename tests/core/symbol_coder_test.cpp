@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstring>
 #include <random>
 
 #include "entropy/row_codes.h"
@@ -134,6 +136,112 @@ TYPED_TEST(SymbolCoder, RawBytesAreWrittenAsTheyStandWithAndWithoutRoom) {
       ASSERT_TRUE(frame.MarksIntact());
     }
   }
+}
+
+// The words of a code set, whose own test compares them with the lists.
+template <int Symbols>
+void AppendWord(const RowCodes<Symbols>& codes, u32 place, u32 symbol, reference::Bits& bits) {
+  const u32 entry =
+      codes.codes->encode[symbol][static_cast<std::size_t>(Index(ClassAt(codes.pattern, place)))];
+  for (u32 i = 0; i < entry >> 24; ++i) bits.push_back((entry >> (15 - i) & 1) != 0);
+}
+
+// Steps of Length symbols go in and come out again, in a frame with room and in one that just holds them.
+template <typename Window, u32 Length, int Symbols>
+void GoThroughSteps(const RowCodes<Symbols>& codes) {
+  ASSERT_EQ(codes.pattern.length, Length);
+  std::mt19937 random(Symbols + Length);
+  for (u32 seed = 0; seed < 200; ++seed) {
+    const u32 steps = 1 + seed % 96;
+    std::array<std::array<u16, 96>, Length> planes{};
+    reference::Bits expected(seed % 41, false);
+    std::vector<SampleOf<Symbols>> symbols;
+    for (u32 i = 0; i < steps; ++i) {
+      for (u32 k = 0; k < Length; ++k) {
+        // Now and then a run of the rarest symbols, whose codes do not fit one put.
+        const bool isRare = (seed % 3 == 0 && i % 7 < 3) || random() % 23 == 0;
+        const u32 symbol = static_cast<u32>(isRare ? Symbols / 2 + random() % 3 : random() % 5);
+        planes[k][i] = static_cast<u16>(symbol);
+        symbols.push_back(static_cast<SampleOf<Symbols>>(symbol));
+        AppendWord(codes, k, symbol, expected);
+      }
+    }
+    std::array<const u16*, Length> cells;
+    for (u32 k = 0; k < Length; ++k) cells[k] = planes[k].data();
+    const std::vector<u8> words = BitsToWords(expected);
+    for (const std::size_t size : {words.size() + 2000, words.size()}) {
+      Guarded frame(size, 0);
+      auto writer = OpenWriter<Window>(frame.data(), Fold({0, seed % 41}), size);
+      PutSteps<Length>(writer, codes, cells, steps);
+      ASSERT_EQ(CloseWriter(writer), expected.size());
+      ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << seed;
+      ASSERT_TRUE(frame.MarksIntact());
+    }
+    Fenced frame(words);
+    BitReader reader = OpenReader(frame.data(), Fold({0, seed % 41}), 0, frame.size());
+    Guarded out(symbols.size() * sizeof symbols[0], 0);
+    GetSymbols<Window, Symbols>(reader, codes, reinterpret_cast<SampleOf<Symbols>*>(out.data()),
+                                symbols.size(), 0);
+    ASSERT_EQ(std::memcmp(out.data(), symbols.data(), out.size()), 0) << seed;
+    ASSERT_EQ(reader.position, expected.size());
+    ASSERT_TRUE(out.MarksIntact());
+  }
+}
+
+TYPED_TEST(SymbolCoder, StepsOfEveryPatternGoBothWays) {
+  GoThroughSteps<TypeParam, 2>(RowCodesOfLayout<YCbCr8bv422, Scan::p>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCrA8bv4224, Scan::i>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCr8bu444, Scan::p>());
+  GoThroughSteps<TypeParam, 4>(RowCodesOfLayout<RGBA8bf, Scan::i>());
+  GoThroughSteps<TypeParam, 2>(RowCodesOfLayout<YCbCr10bv422, Scan::p>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCrA10bv4224, Scan::i>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<RGB10bf, Scan::p>());
+  GoThroughSteps<TypeParam, 4>(RowCodesOfLayout<YCbCrA10bv4444, Scan::i>());
+}
+
+template <typename Window, u32 Length, u32 SampleBits>
+void GoThroughRawSteps() {
+  std::mt19937 random(Length * SampleBits);
+  for (u32 start = 0; start < 40; ++start) {
+    const u32 steps = 1 + start % 31;
+    std::array<std::array<u16, 32>, Length> planes{};
+    reference::Bits expected(start, false);
+    std::vector<u16> samples;
+    for (u32 i = 0; i < steps; ++i) {
+      for (u32 k = 0; k < Length; ++k) {
+        const u32 sample = static_cast<u32>(random()) & ((1u << SampleBits) - 1);
+        planes[k][i] = static_cast<u16>(sample);
+        samples.push_back(static_cast<u16>(sample));
+        for (u32 bit = SampleBits; bit-- > 0;) expected.push_back((sample >> bit & 1) != 0);
+      }
+    }
+    std::array<const u16*, Length> cells;
+    for (u32 k = 0; k < Length; ++k) cells[k] = planes[k].data();
+    const std::vector<u8> words = BitsToWords(expected);
+    for (const std::size_t size : {words.size() + 500, words.size()}) {
+      Guarded frame(size, 0);
+      auto writer = OpenWriter<Window>(frame.data(), Fold({0, start}), size);
+      PutRawSteps<Length, SampleBits>(writer, cells, steps);
+      ASSERT_EQ(CloseWriter(writer), expected.size());
+      ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << start;
+      ASSERT_TRUE(frame.MarksIntact());
+    }
+    Fenced frame(words);
+    BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, frame.size());
+    std::vector<u16> out(samples.size());
+    GetRawSamples<SampleBits>(reader, out.data(), out.size());
+    ASSERT_EQ(out, samples) << start;
+    ASSERT_EQ(reader.position, expected.size());
+  }
+}
+
+TYPED_TEST(SymbolCoder, RawStepsAreFieldsInTheOrderOfThePlanes) {
+  GoThroughRawSteps<TypeParam, 2, 8>();
+  GoThroughRawSteps<TypeParam, 3, 8>();
+  GoThroughRawSteps<TypeParam, 4, 8>();
+  GoThroughRawSteps<TypeParam, 2, 10>();
+  GoThroughRawSteps<TypeParam, 3, 10>();
+  GoThroughRawSteps<TypeParam, 4, 10>();
 }
 
 TEST(RawBytes, StandInTheStreamAtAnyBit) {
