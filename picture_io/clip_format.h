@@ -9,8 +9,8 @@
 namespace vorel::picture_io {
 
 // How the rows of a frame were taken. An unknown scan is coded as a progressive one and comes back as
-// unknown.
-enum class ScanOrder : u8 { unknown, progressive, topFirst, bottomFirst };
+// unknown; `interlaced` is for two fields of which it is not known which came first.
+enum class ScanOrder : u8 { unknown, progressive, topFirst, bottomFirst, interlaced };
 
 // A frame rate in frames per second, or the width of a pixel to its height; 0:0 where it is not known.
 struct Ratio {
@@ -21,7 +21,7 @@ struct Ratio {
 };
 
 struct ClipFormat {
-  u32 pixelFormat = 0;  // a four-character code
+  u32 pixelFormat = 0;  // code of one of the core's pixel formats
   u32 width = 0;        // 1..kLargestSide
   u32 height = 0;
   Ratio rate;
@@ -31,25 +31,25 @@ struct ClipFormat {
   bool operator==(const ClipFormat&) const = default;
 };
 
+// The pixel formats that files have an opinion on: those that YUV4MPEG2 goes by, and the one whose rows are
+// longer in raw files.
 inline constexpr u32 kYuvu = FourCharacterCode("yuvu");
+inline constexpr u32 k2vuy = FourCharacterCode("2vuy");
+inline constexpr u32 kV216 = FourCharacterCode("v216");
+inline constexpr u32 kV210 = FourCharacterCode("v210");
 
 // Movies hold width and height in signed fields of 16 bits, and terms of ratios in signed fields of 32.
 inline constexpr u32 kLargestSide = 32767;
 inline constexpr u32 kLargestTerm = 0x7FFFFFFF;
 
 constexpr bool IsInterlaced(ScanOrder scan) {
-  return scan == ScanOrder::topFirst || scan == ScanOrder::bottomFirst;
+  return scan != ScanOrder::unknown && scan != ScanOrder::progressive;
 }
 constexpr bool IsKnown(Ratio ratio) {
   return ratio.numerator != 0 && ratio.denominator != 0;
 }
 constexpr double Value(Ratio ratio) {
   return static_cast<double>(ratio.numerator) / ratio.denominator;
-}
-
-// Bytes of one row of 'yuvu': whole pairs of 4 bytes, so that rows are aligned to 4.
-constexpr u32 YuvuRowBytes(u32 width) {
-  return (width + 1) / 2 * 4;
 }
 
 // Reads decimal digits, all of them, up to `largest`. False for anything else.

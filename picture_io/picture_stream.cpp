@@ -1,6 +1,8 @@
 // The shape of pictures, and what readers say of incomplete ones.
 #include "picture_io/picture_stream.h"
 
+#include "picture_io/row_geometry.h"
+
 namespace vorel::picture_io {
 
 std::string FramePlace(const std::string& name, u64 frame, u64 position) {
@@ -14,11 +16,15 @@ Problem CutShort(const std::string& place, std::size_t expected, std::size_t fou
           place, advice};
 }
 
+u64 RawPictureBytes(const ClipFormat& format) {
+  return u64{RowsOf(format.pixelFormat, format.width).fileBytes} * format.height;
+}
+
 void ShapePicture(const ClipFormat& format, Picture& picture) {
   picture.pixelFormat = format.pixelFormat;
   picture.width = format.width;
   picture.height = format.height;
-  picture.rowBytes = YuvuRowBytes(format.width);
+  picture.rowBytes = RowsOf(format.pixelFormat, format.width).memoryBytes;
   picture.bytes.resize(std::size_t{picture.rowBytes} * format.height);
 }
 

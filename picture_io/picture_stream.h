@@ -12,7 +12,7 @@
 
 namespace vorel::picture_io {
 
-// Rows from top to bottom, each rowBytes long, a multiple of 4; `bytes` is aligned for any integer.
+// Rows from top to bottom, rowBytes apart, a multiple of 4; `bytes` is aligned for any integer.
 struct Picture {
   u32 pixelFormat = 0;
   u32 width = 0;
@@ -55,6 +55,9 @@ std::string FramePlace(const std::string& name, u64 frame, u64 position);
 // Says that a picture is not all there.
 Problem CutShort(const std::string& place, std::size_t expected, std::size_t found,
                  const std::string& advice);
+
+// Bytes of one picture of a clip in a raw file.
+u64 RawPictureBytes(const ClipFormat& format);
 
 // Gives a picture the shape of a clip's, keeping its memory where that suffices. Samples are unspecified.
 void ShapePicture(const ClipFormat& format, Picture& picture);

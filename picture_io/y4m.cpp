@@ -4,8 +4,9 @@
 
 #include <memory>
 
+#include "base/bytes.h"
 #include "base/problem.h"
-#include "picture_io/planar_yuvu.h"
+#include "picture_io/planar_pairs.h"
 #include "picture_io/y4m_header.h"
 
 namespace vorel::picture_io {
@@ -17,9 +18,20 @@ constexpr std::string_view kFrame = "FRAME";
 
 struct Y4mReading {
   ByteInput input;
+  u32 planeBits;
   std::size_t pictureBytes;
   u64 frame;  // index of the next one
 };
+
+// Words of 16 bits can hold more than their sample has, and nothing must be cut off without a word.
+void CheckWords(const StoredPicture& stored, u32 planeBits, const std::string& place) {
+  u32 all = 0;
+  for (std::size_t i = 0; i + 1 < stored.size(); i += 2) all |= LoadNative<u16>(stored.data() + i);
+  if (all >> planeBits != 0) {
+    throw Problem{"samples have more than " + std::to_string(planeBits) + " bits", place,
+                  "the stream is damaged, or tag C of its header is wrong"};
+  }
+}
 
 bool FetchFrame(Y4mReading& reading, StoredPicture& stored) {
   const std::string place = FramePlace(reading.input.name, reading.frame, reading.input.position);
@@ -36,13 +48,14 @@ bool FetchFrame(Y4mReading& reading, StoredPicture& stored) {
   if (stored.size() < reading.pictureBytes) {
     throw CutShort(place, reading.pictureBytes, stored.size(), "fetch or make the stream again");
   }
+  if (reading.planeBits > 8) CheckWords(stored, reading.planeBits, place);
   ++reading.frame;
   return true;
 }
 
 }  // namespace
 
-PictureSource OpenY4mSource(ByteInput input) {
+PictureSource OpenY4mSource(ByteInput input, u32 eightBits) {
   const std::optional<Line> line = ReadLine(input, kLongestLine);
   if (!line) throw Problem{"nothing to read: the input is empty", input.name, ""};
   const Y4mHeader header = ReadY4mHeader(line->text, input.name);
@@ -52,16 +65,19 @@ PictureSource OpenY4mSource(ByteInput input) {
   PictureSource source;
   source.name = input.name;
   source.format = header.format;
+  if (source.format.pixelFormat == k2vuy) source.format.pixelFormat = eightBits;
   source.unkept = header.comments;
-  const std::size_t pictureBytes = PlanarBytes(header.format.width, header.format.height);
+  const ClipFormat format = source.format;
+  const std::size_t pictureBytes = PlanarBytes(format.pixelFormat, format.width, format.height);
   if (input.size > input.position) {
     source.expectedFrames = (input.size - input.position) / (kFrame.size() + 1 + pictureBytes);
   }
-  const auto reading = std::make_shared<Y4mReading>(Y4mReading{std::move(input), pictureBytes, 0});
+  const auto reading = std::make_shared<Y4mReading>(
+      Y4mReading{std::move(input), PlaneBits(format.pixelFormat), pictureBytes, 0});
   source.fetch = [reading](StoredPicture& stored) { return FetchFrame(*reading, stored); };
-  source.unpack = [format = header.format](StoredPicture& stored, Picture& picture) {
+  source.unpack = [format](StoredPicture& stored, Picture& picture) {
     ShapePicture(format, picture);
-    YuvuFromPlanes(stored.data(), format.width, format.height, picture.bytes.data());
+    RowsFromPlanes(format.pixelFormat, stored.data(), format.width, format.height, picture.bytes.data());
   };
   return source;
 }
@@ -73,10 +89,11 @@ PictureSink OpenY4mSink(const ClipFormat& format, WriteBytes write) {
   // The FRAME line travels with the planes, so that a picture is one write.
   sink.pack = [](Picture& picture, StoredPicture& stored) {
     constexpr std::size_t kLineBytes = kFrame.size() + 1;
-    stored.resize(kLineBytes + PlanarBytes(picture.width, picture.height));
+    stored.resize(kLineBytes + PlanarBytes(picture.pixelFormat, picture.width, picture.height));
     kFrame.copy(reinterpret_cast<char*>(stored.data()), kFrame.size());
     stored[kFrame.size()] = '\n';
-    PlanesFromYuvu(picture.bytes.data(), picture.width, picture.height, stored.data() + kLineBytes);
+    PlanesFromRows(picture.pixelFormat, picture.bytes.data(), picture.width, picture.height,
+                   stored.data() + kLineBytes);
   };
   sink.store = [write = std::move(write)](const StoredPicture& stored) {
     write(stored.data(), stored.size());

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/problem.h"
+#include "picture_io/planar_pairs.h"
 
 namespace vorel::picture_io {
 
@@ -22,6 +23,15 @@ constexpr ScanLetter kScanLetters[] = {{'p', ScanOrder::progressive},
                                        {'t', ScanOrder::topFirst},
                                        {'b', ScanOrder::bottomFirst},
                                        {'?', ScanOrder::unknown}};
+
+struct ChromaRow {
+  std::string_view value;  // of tag C
+  std::string_view older;  // the same in an older way of writing, often beside it
+  u32 planeBits;
+  u32 pixelFormat;  // of pictures that are read
+};
+
+constexpr ChromaRow kChromas[] = {{"422", "XYSCSS=422", 8, k2vuy}, {"422p10", "XYSCSS=422P10", 10, kV216}};
 
 // Where the tags of a header go, and what every message about them begins with.
 struct HeaderReading {
@@ -74,7 +84,9 @@ void ReadScan(const HeaderReading& reading, std::string_view tag, ScanOrder& sca
 
 void ReadTag(HeaderReading& reading, std::string_view tag) {
   ClipFormat& format = reading.header.format;
-  if (tag == "XYSCSS=422") return;  // an older way of writing C422, often beside it
+  for (const ChromaRow& row : kChromas) {
+    if (tag == row.older) return;
+  }
   if (kTags.find(tag[0]) == std::string_view::npos) {
     if (!reading.header.comments.empty()) reading.header.comments += ' ';
     reading.header.comments += Shown(tag);
@@ -102,13 +114,16 @@ void ReadTag(HeaderReading& reading, std::string_view tag) {
   }
 }
 
-void CheckChroma(const HeaderReading& reading) {
-  const std::string advice = "only 4:2:2 with 8 bits (C422) is handled for now; convert the clip to it";
+u32 PixelFormatOfChroma(const HeaderReading& reading) {
+  const std::string advice =
+      "only 4:2:2 with 8 or 10 bits (C422, C422p10) is handled; convert the clip to it";
   if (reading.seen.find('C') == std::string::npos) {
     throw Problem{"the header has no tag C, which means chroma 4:2:0", reading.where, advice};
   }
-  if (reading.chroma != "422")
-    throw Problem{"chroma C" + reading.chroma + " is not handled", reading.where, advice};
+  for (const ChromaRow& row : kChromas) {
+    if (reading.chroma == row.value) return row.pixelFormat;
+  }
+  throw Problem{"chroma C" + reading.chroma + " is not handled", reading.where, advice};
 }
 
 }  // namespace
@@ -132,8 +147,7 @@ Y4mHeader ReadY4mHeader(const std::string& line, const std::string& name) {
                     "the picture size must be known"};
     }
   }
-  CheckChroma(reading);
-  reading.header.format.pixelFormat = kYuvu;
+  reading.header.format.pixelFormat = PixelFormatOfChroma(reading);
   return reading.header;
 }
 
@@ -142,11 +156,15 @@ std::string Y4mHeaderLine(const ClipFormat& format) {
   for (const ScanLetter& row : kScanLetters) {
     if (row.scan == format.scan) scan = row.letter;
   }
+  std::string chroma;
+  for (const ChromaRow& row : kChromas) {
+    if (row.planeBits == PlaneBits(format.pixelFormat)) chroma = row.value;
+  }
   const auto terms = [](Ratio ratio) {
     return std::to_string(ratio.numerator) + ":" + std::to_string(ratio.denominator);
   };
   return std::string(kMagic) + " W" + std::to_string(format.width) + " H" + std::to_string(format.height) +
-         " F" + terms(format.rate) + " I" + scan + " A" + terms(format.aspect) + " C422\n";
+         " F" + terms(format.rate) + " I" + scan + " A" + terms(format.aspect) + " C" + chroma + "\n";
 }
 
 }  // namespace vorel::picture_io

@@ -1,7 +1,7 @@
 // Field by field in both directions.
 #include "tool/clip_description.h"
 
-#include "tool/frame_coder.h"
+#include "tool/colour_standard.h"
 
 namespace vorel::tool {
 
@@ -14,43 +14,57 @@ constexpr u32 kVendor = FourCharacterCode("Vorl");
 constexpr u16 kRevision = 0x0267;
 constexpr u32 kLossless = 1024;
 constexpr u16 kDepth = 24;
+constexpr u16 kDepthWithAlpha = 32;
 
 // Rows of both fields stand interleaved; the first row belongs to the earlier field, or to the later one.
-constexpr u8 kFirstRowEarly = 9;
-constexpr u8 kFirstRowLate = 14;
-constexpr u8 kBottomFieldFirst = 6;  // the same said in another way by other writers
+// Other writers say the same in another way.
+struct FieldRow {
+  container::FieldOrder order;
+  ScanOrder scan;
+};
+
+constexpr FieldRow kWritten[] = {{{1, 0}, ScanOrder::progressive},
+                                 {{2, 9}, ScanOrder::topFirst},
+                                 {{2, 14}, ScanOrder::bottomFirst},
+                                 {{2, 0}, ScanOrder::interlaced}};
+constexpr FieldRow kReadOnly[] = {{{2, 1}, ScanOrder::topFirst}, {{2, 6}, ScanOrder::bottomFirst}};
 
 ScanOrder ScanOfFields(const container::FieldOrder& order) {
   if (order.fields == 1) return ScanOrder::progressive;
   if (order.fields != 2) return ScanOrder::unknown;
-  const bool isBottomFirst = order.detail == kFirstRowLate || order.detail == kBottomFieldFirst;
-  return isBottomFirst ? ScanOrder::bottomFirst : ScanOrder::topFirst;
+  const auto isSaid = [&order](const FieldRow& row) {
+    return row.order.fields == order.fields && row.order.detail == order.detail;
+  };
+  for (const FieldRow& row : kWritten) {
+    if (isSaid(row)) return row.scan;
+  }
+  for (const FieldRow& row : kReadOnly) {
+    if (isSaid(row)) return row.scan;
+  }
+  return ScanOrder::interlaced;
 }
 
 }  // namespace
 
-container::SampleDescription DescribeClip(const ClipFormat& format, u32 firstFrameBytes) {
-  const bool interlaced = picture_io::IsInterlaced(format.scan);
-  const u32 tag = interlaced ? WordOfBytes("Ybyr") : WordOfBytes("YbYr");
+container::SampleDescription DescribeClip(const ClipFormat& format, const FrameCoding& coding,
+                                          u32 firstFrameBytes) {
   container::SampleDescription description;
-  description.cType = kCodecOf8bw;
+  description.cType = CodecOfTag(coding.tag);
   description.revisionLevel = kRevision;
   description.vendor = kVendor;
   description.spatialQuality = kLossless;
   description.width = static_cast<u16>(format.width);
   description.height = static_cast<u16>(format.height);
   description.dataSize = firstFrameBytes;
-  description.name = "Vorel " + FormatNameOfTag(tag);
-  description.depth = kDepth;
+  description.name = "Vorel " + FormatNameOfTag(coding.tag);
+  description.depth = TagHasAlpha(coding.tag) ? kDepthWithAlpha : kDepth;
   std::vector<u8> tagBytes(4);
-  StoreLittle32(tagBytes.data(), tag);
+  StoreLittle32(tagBytes.data(), coding.tag);
   SetExtension(description, {kFormatTagExtension, tagBytes});
-  if (interlaced) {
-    const u8 detail = format.scan == ScanOrder::topFirst ? kFirstRowEarly : kFirstRowLate;
-    SetExtension(description, container::MakeFieldOrder({2, detail}));
-  } else if (format.scan == ScanOrder::progressive) {
-    SetExtension(description, container::MakeFieldOrder({1, 0}));
+  for (const FieldRow& row : kWritten) {
+    if (row.scan == format.scan) SetExtension(description, container::MakeFieldOrder(row.order));
   }
+  SetExtension(description, container::MakeColour(ColourOfStandard(coding.colourStandard)));
   if (IsKnown(format.aspect)) {
     SetExtension(description,
                  container::MakePixelAspect({format.aspect.numerator, format.aspect.denominator}));
@@ -58,9 +72,10 @@ container::SampleDescription DescribeClip(const ClipFormat& format, u32 firstFra
   return description;
 }
 
-ClipFormat ClipOfDescription(const container::SampleDescription& description, container::FrameRate rate) {
+ClipFormat ClipOfDescription(const container::SampleDescription& description, container::FrameRate rate,
+                             u32 pixelFormat) {
   ClipFormat format;
-  format.pixelFormat = picture_io::kYuvu;
+  format.pixelFormat = pixelFormat;
   format.width = description.width;
   format.height = description.height;
   if (rate.numerator != 0) format.rate = {rate.numerator, rate.denominator};
@@ -78,8 +93,7 @@ u32 TagOfDescription(const container::SampleDescription& description) {
 }
 
 bool IsVorelCodec(u32 codec) {
-  constexpr u32 kLastCodec = FourCharacterCode("Vrl7");
-  return codec >= kGenericCodec && codec <= kLastCodec;
+  return codec >= FourCharacterCode("Vrl0") && codec <= FourCharacterCode("Vrl7");
 }
 
 }  // namespace vorel::tool

@@ -11,14 +11,15 @@
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
 #include "tool/clip_description.h"
+#include "tool/colour_standard.h"
 #include "tool/targets.h"
 
 namespace vorel::tool {
 
 namespace {
 
-// Endings that a result's name doesn't keep.
-constexpr std::array<const char*, 7> kEndings = {".y4m", ".yuv", ".raw", ".yuvu", ".mov", ".qt", ".MOV"};
+// Endings that a result's name doesn't keep, beside those that name a pixel format.
+constexpr std::array<const char*, 6> kEndings = {".y4m", ".yuv", ".raw", ".mov", ".qt", ".MOV"};
 
 container::Movie OpenMovieOnStdin(Descriptor& spooled) {
   constexpr const char* kName = "stdin";
@@ -30,14 +31,15 @@ container::Movie OpenMovieOnStdin(Descriptor& spooled) {
 }
 
 void CheckCodec(const MovieClip& clip, u32 codec) {
-  if (codec == kCodecOf8bw || codec == kGenericCodec) return;
-  const std::string text = container::CodeText(codec);
-  if (IsVorelCodec(codec)) {
-    throw Problem{"frames of codec '" + text + "' are not handled for now", clip.name,
-                  "only 'Vrl4' and 'Vrl0' are: Y'CbCr 8bw 4:2:2"};
-  }
-  throw Problem{"the video is of codec '" + text + "', not VorelVideo", clip.name,
+  if (IsVorelCodec(codec)) return;
+  throw Problem{"the video is of codec '" + container::CodeText(codec) + "', not VorelVideo", clip.name,
                 "convert it to YUV4MPEG2 first, with a program that reads it"};
+}
+
+// A scan that the command line says. Interlaced pictures keep the order of their fields where it is known.
+void ReplaceScan(picture_io::ScanOrder& scan, picture_io::ScanOrder said) {
+  if (said == picture_io::ScanOrder::interlaced && IsInterlaced(scan)) return;
+  scan = said;
 }
 
 // The input's name with the ending of its kind replaced by another.
@@ -45,7 +47,8 @@ std::string NameOfResult(const std::string& input, const std::string& ending) {
   if (input == "-") throw UsageError{"-o is needed with stdin: name the result, or \"-\" for stdout"};
   std::filesystem::path path = input;
   const std::string extension = path.extension().string();
-  if (std::find(kEndings.begin(), kEndings.end(), extension) != kEndings.end()) path.replace_extension();
+  const bool isDropped = std::find(kEndings.begin(), kEndings.end(), extension) != kEndings.end();
+  if (isDropped || PixelFormatOfEnding(input)) path.replace_extension();
   path += ending;
   if (path == std::filesystem::path(input)) {
     throw UsageError{input + ": the result would have the same name; give another with -o"};
@@ -55,7 +58,7 @@ std::string NameOfResult(const std::string& input, const std::string& ending) {
 
 }  // namespace
 
-picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options) {
+picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options, u32 eightBits) {
   if (path == "-" && ::isatty(STDIN_FILENO) == 1) {
     throw UsageError{"stdin is a terminal: name a file, or send pictures"};
   }
@@ -66,12 +69,13 @@ picture_io::PictureSource OpenPictures(const std::string& path, const SourceOpti
     format.width = options.width;
     format.height = options.height;
     format.rate = options.rate.value_or(picture_io::Ratio{});
-    format.scan = options.scan.value_or(picture_io::ScanOrder::progressive);
+    format.scan = picture_io::ScanOrder::progressive;
+    if (options.scan) ReplaceScan(format.scan, *options.scan);
     return OpenRawSource(std::move(input), format);
   }
-  picture_io::PictureSource source = OpenY4mSource(std::move(input));
+  picture_io::PictureSource source = OpenY4mSource(std::move(input), eightBits);
   if (options.rate) source.format.rate = *options.rate;
-  if (options.scan) source.format.scan = *options.scan;
+  if (options.scan) ReplaceScan(source.format.scan, *options.scan);
   return source;
 }
 
@@ -83,7 +87,17 @@ MovieClip OpenMovieClip(const std::string& path) {
   return clip;
 }
 
-picture_io::ClipFormat FormatToDecode(const MovieClip& clip) {
+u32 TagOfMovie(const MovieClip& clip) {
+  if (!clip.video.samples.empty()) {
+    const container::Sample& sample = clip.video.samples[0];
+    std::vector<u8> header(std::min<u32>(sample.bytes, VOREL_FRAME_HEADER_BYTES));
+    container::ReadAt(*clip.movie.file, sample.offset, header.data(), header.size());
+    if (const u32 tag = TagOfFrame(header); !FormatNameOfTag(tag).empty()) return tag;
+  }
+  return TagOfDescription(clip.video.descriptions[0]);
+}
+
+DecodedClip ClipToDecode(const MovieClip& clip, u32 pixelFormat) {
   if (clip.video.samples.empty()) throw Problem{"the video track has no frames", clip.name, ""};
   const container::SampleDescription& first = clip.video.descriptions[clip.video.samples[0].description];
   for (std::size_t i = 0; i < clip.video.samples.size(); ++i) {
@@ -97,7 +111,7 @@ picture_io::ClipFormat FormatToDecode(const MovieClip& clip) {
                     PlaceOfFrame(clip, i), "split the movie there"};
     }
   }
-  const picture_io::ClipFormat format = ClipOfDescription(first, clip.video.rate);
+  const picture_io::ClipFormat format = ClipOfDescription(first, clip.video.rate, pixelFormat);
   const u32 largest = picture_io::kLargestSide;
   if (format.width == 0 || format.height == 0 || format.width > largest || format.height > largest) {
     throw Problem{"the picture size " + std::to_string(format.width) + " x " + std::to_string(format.height) +
@@ -105,7 +119,7 @@ picture_io::ClipFormat FormatToDecode(const MovieClip& clip) {
                   clip.name,
                   "sides are from 1 to " + std::to_string(largest) + " pixels; the movie is damaged"};
   }
-  return format;
+  return {format, StandardOfDescription(first)};
 }
 
 std::string PlaceOfFrame(const MovieClip& clip, u64 frame) {

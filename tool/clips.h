@@ -4,13 +4,15 @@
 
 #include "container/movie_reader.h"
 #include "picture_io/picture_stream.h"
+#include "tool/frame_coder.h"
 #include "tool/options.h"
 #include "tool/spool.h"
 
 namespace vorel::tool {
 
-// Pictures from a file or, for "-", from stdin. Throws Problem.
-picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options);
+// Pictures from a file or, for "-", from stdin. YUV4MPEG2 pictures of 8 bits become `eightBits`, '2vuy' or
+// 'yuvu'. Throws Problem.
+picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options, u32 eightBits);
 
 // A movie with a video track. The track's samples are its frames.
 struct MovieClip {
@@ -23,9 +25,13 @@ struct MovieClip {
 // Opens a movie from a file or, for "-", from stdin. Throws Problem.
 MovieClip OpenMovieClip(const std::string& path);
 
-// What its pictures are once decoded. Throws Problem if the codec is not handled or pictures change their
-// size.
-picture_io::ClipFormat FormatToDecode(const MovieClip& clip);
+// The frames' own tag, from the first of them, which goes before what the description says; 0 if neither
+// names one.
+u32 TagOfMovie(const MovieClip& clip);
+
+// What its pictures are once decoded to this pixel format. Throws Problem if the codec is another or pictures
+// change their size.
+DecodedClip ClipToDecode(const MovieClip& clip, u32 pixelFormat);
 
 // "a.mov: frame 3 at byte 1234".
 std::string PlaceOfFrame(const MovieClip& clip, u64 frame);

@@ -4,7 +4,9 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "tool/colour_standard.h"
 #include "tool/commands.h"
+#include "tool/frame_format.h"
 #include "tool/interruption.h"
 
 namespace vorel::tool {
@@ -20,7 +22,7 @@ constexpr const char* kFooter =
     "  vorel encode brook.y4m               makes brook.mov\n"
     "  vorel decode brook.mov -o copy.y4m   gives the same pictures back\n"
     "  vorel verify brook.mov --against brook.y4m\n"
-    "  vorel encode --pixel-format yuvu --size 640x360 --rate 24000/1001 brook.yuv\n"
+    "  vorel encode --pixel-format v210 --size 640x360 --rate 24000/1001 brook.raw\n"
     "\n"
     "\"-\" stands for stdin and stdout. Frames, rows and pixels are counted from 0.\n"
     "Exit status: 0 all is well, 1 a file could not be read, written or verified, 2 the command line is "
@@ -59,16 +61,23 @@ bool ReadScanOrder(const std::string& text, std::optional<ScanOrder>& scan) {
   if (text == "progressive") scan = ScanOrder::progressive;
   if (text == "top-first") scan = ScanOrder::topFirst;
   if (text == "bottom-first") scan = ScanOrder::bottomFirst;
-  return scan.has_value();
+  if (text == "interlaced") scan = ScanOrder::interlaced;
+  return scan.has_value() || text == "auto";
+}
+
+CLI::Option* AddPixelFormat(CLI::App& command, std::optional<u32>& pixelFormat, const std::string& what) {
+  return AddRead(command, "--pixel-format", "CODE", what, "a pixel format: vorel formats lists them",
+                 [&pixelFormat](const std::string& text) {
+                   pixelFormat = PixelFormatOfName(text);
+                   return pixelFormat.has_value();
+                 });
 }
 
 void AddSource(CLI::App& command, SourceOptions& source) {
-  CLI::Option* const pixelFormat =
-      AddRead(command, "--pixel-format", "CODE", "The pictures are raw, in this pixel format: yuvu",
-              "a pixel format that is handled: only yuvu is for now", [&source](const std::string& text) {
-                if (text == "yuvu") source.pixelFormat = picture_io::kYuvu;
-                return source.pixelFormat.has_value();
-              });
+  CLI::Option* const pixelFormat = AddPixelFormat(
+      command, source.pixelFormat,
+      "The pictures are raw, in this pixel format; vorel formats lists them. Rows follow each other without "
+      "gaps, but for v210, where they are filled up to whole blocks of 48 pixels in 128 bytes");
   CLI::Option* const size = AddRead(
       command, "--size", "WxH", "Width and height of raw pictures, in pixels",
       "a size such as 640x360, with sides from 1 to 32767",
@@ -84,15 +93,40 @@ void AddSource(CLI::App& command, SourceOptions& source) {
           });
   AddRead(
       command, "--scan", "SCAN",
-      "progressive (raw pictures are, unless this says otherwise), top-first or bottom-first, for interlaced "
-      "pictures by their first field; replaces what a header says",
-      "one of progressive, top-first and bottom-first",
+      "auto, the default: what a header says, and progressive for raw pictures; progressive; top-first or "
+      "bottom-first, for interlaced pictures by their first field; interlaced, where the order of fields is "
+      "as the header says, or not known",
+      "one of auto, progressive, interlaced, top-first and bottom-first",
       [&source](const std::string& text) { return ReadScanOrder(text, source.scan); });
+}
+
+void AddCoding(CLI::App& command, EncodeOptions& encode) {
+  AddRead(command, "--codec", "CODEC",
+          "The frame format: " + CodecNames() + "; auto, the default, goes by the pixel format",
+          "one of " + CodecNames(),
+          [&encode](const std::string& text) { return ReadCodec(text, encode.family); });
+  AddRead(command, "--alpha", "ALPHA",
+          "keep, the default, or drop: whether alpha is coded where the pixel format has a place for it",
+          "one of keep and drop", [&encode](const std::string& text) {
+            encode.keepAlpha = text == "keep";
+            return encode.keepAlpha || text == "drop";
+          });
+  AddRead(
+      command, "--standard", "STANDARD",
+      "The colour standard that the movie tells and that R'G'B' is converted by: ntsc, pal, hd, hd1035 or "
+      "unknown; otherwise hd from 720 rows on, ntsc below",
+      "one of ntsc, pal, hd, hd1035 and unknown", [&encode](const std::string& text) {
+        u32 standard = 0;
+        if (!ReadStandard(text, standard)) return false;
+        encode.colourStandard = standard;
+        return true;
+      });
 }
 
 void AddFormat(CLI::App& command, std::optional<PictureFile>& format) {
   AddRead(command, "--format", "FORMAT",
-          "y4m or raw; otherwise the name after -o tells: raw for .yuv, .yuvu and .raw, else y4m",
+          "y4m or raw; otherwise the name after -o tells: raw for .yuv, .raw and the name of a pixel format, "
+          "else y4m, or raw with --pixel-format",
           "one of y4m and raw", [&format](const std::string& text) {
             if (text == "y4m") format = PictureFile::y4m;
             if (text == "raw") format = PictureFile::raw;
@@ -105,15 +139,17 @@ struct CommandLine {
   DecodeOptions decode;
   VerifyOptions verify;
   InfoOptions info;
+  FormatsOptions formats;
   bool quiet = false;
 };
 
 CLI::App* AddEncode(CLI::App& app, CommandLine& line) {
   CLI::App* const command = app.add_subcommand("encode", "Encode pictures to movies, without loss");
-  AddInputs(*command, line.encode.inputs, "YUV4MPEG2 files, 4:2:2 with 8 bits, or raw pictures");
+  AddInputs(*command, line.encode.inputs, "YUV4MPEG2 files, 4:2:2 with 8 or 10 bits, or raw pictures");
   AddTarget(*command, line.encode.output, line.encode.force,
             "The movie; otherwise named after the input, with .mov");
   AddSource(*command, line.encode.source);
+  AddCoding(*command, line.encode);
   AddThreads(*command, line.encode.threads);
   command->footer(
       "The movie's date is the present, or SOURCE_DATE_EPOCH (seconds since 1970) if that is set.");
@@ -124,8 +160,11 @@ CLI::App* AddDecode(CLI::App& app, CommandLine& line) {
   CLI::App* const command = app.add_subcommand("decode", "Decode movies to pictures");
   AddInputs(*command, line.decode.inputs, "Movies");
   AddTarget(*command, line.decode.output, line.decode.force,
-            "The pictures; otherwise named after the input, with .y4m or .yuv");
+            "The pictures; otherwise named after the input, with .y4m, .yuv, or .raw for --pixel-format");
   AddFormat(*command, line.decode.format);
+  AddPixelFormat(*command, line.decode.pixelFormat,
+                 "The pixel format of the pictures; otherwise the one that the frames hold: 2vuy for 8 bits, "
+                 "v210 for 10 bits, yuvu for 8bw. Of YUV4MPEG2, 2vuy and yuvu are 8 bits, v216 is 10");
   AddThreads(*command, line.decode.threads);
   return command;
 }
@@ -148,6 +187,22 @@ CLI::App* AddInfo(CLI::App& app, CommandLine& line) {
   return command;
 }
 
+CLI::App* AddFormats(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand("formats", "List the pixel formats that pictures may have");
+  command->add_flag("--json", line.formats.json, "As JSON: an array of objects");
+  command->footer(
+      "bytes: of a pixel, or of as many pixels as a unit has; rows hold whole units. Rows of raw files "
+      "follow "
+      "each other without gaps, but for v210, where they are filled up with zeros to whole blocks of 48 "
+      "pixels "
+      "in 128 bytes.\n"
+      "depth: bits of a sample; 5 stands for fields of 5 and 6 bits.\n"
+      "range: which numbers are black and white. full: all; video: 16 and 235 at 8 bits.\n"
+      "layout: LE and BE are little-endian and big-endian words, which are told from the highest bit.\n"
+      "L555 and L565 are only written, all others read and written.");
+  return command;
+}
+
 int ExitStatus(bool isGood) {
   return isGood ? kExitGood : kExitBadData;
 }
@@ -164,6 +219,7 @@ int RunCommandLine(int count, char** arguments) {
   const CLI::App* const decode = AddDecode(app, line);
   const CLI::App* const verify = AddVerify(app, line);
   const CLI::App* const info = AddInfo(app, line);
+  const CLI::App* const formats = AddFormats(app, line);
   for (CLI::App* const command : app.get_subcommands({})) {
     command->add_flag("-q,--quiet", line.quiet, "Say nothing but what is wrong");
   }
@@ -179,6 +235,7 @@ int RunCommandLine(int count, char** arguments) {
     if (decode->parsed()) return ExitStatus(RunDecode(line.decode, console));
     if (verify->parsed()) return ExitStatus(RunVerify(line.verify, console));
     if (info->parsed()) return ExitStatus(RunInfo(line.info, console));
+    if (formats->parsed()) return ExitStatus(RunFormats(line.formats, console));
   } catch (const UsageError& error) {
     Report(console, {error.text, "", "see vorel --help"});
   }

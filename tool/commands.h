@@ -12,6 +12,7 @@ bool RunEncode(const EncodeOptions& options, Console& console);
 bool RunDecode(const DecodeOptions& options, Console& console);
 bool RunVerify(const VerifyOptions& options, Console& console);
 bool RunInfo(const InfoOptions& options, Console& console);
+bool RunFormats(const FormatsOptions& options, Console& console);
 
 // Calls handle(index) for every input; false if one returned false or ended in a Problem.
 template <typename Handle>

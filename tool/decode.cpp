@@ -1,6 +1,7 @@
 // vorel decode: a movie to pictures.
 #include <filesystem>
 
+#include "picture_io/planar_pairs.h"
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
 #include "tool/clips.h"
@@ -24,26 +25,58 @@ struct DecodeJob {
   std::vector<u8> scratch;
 };
 
+// The option goes before the output's name, and that before what a pixel format lets expect.
 PictureFile FileFor(const DecodeOptions& options) {
   if (options.format) return *options.format;
   const std::string ending = std::filesystem::path(options.output).extension().string();
-  return ending == ".yuv" || ending == ".raw" || ending == ".yuvu" ? PictureFile::raw : PictureFile::y4m;
+  if (ending == ".yuv" || ending == ".raw" || PixelFormatOfEnding(options.output)) return PictureFile::raw;
+  return options.pixelFormat && ending != ".y4m" ? PictureFile::raw : PictureFile::y4m;
+}
+
+std::string EndingFor(const DecodeOptions& options) {
+  if (FileFor(options) == PictureFile::y4m) return ".y4m";
+  return options.pixelFormat ? ".raw" : ".yuv";
+}
+
+void CheckOptions(const DecodeOptions& options) {
+  const bool isY4m = FileFor(options) == PictureFile::y4m;
+  if (isY4m && options.pixelFormat && picture_io::PlaneBits(*options.pixelFormat) == 0) {
+    throw UsageError{
+        "YUV4MPEG2 files hold 2vuy and yuvu pictures (8 bits) and v216 pictures (10 bits), not " +
+        PixelFormatName(*options.pixelFormat) + ": give --format raw with it"};
+  }
+}
+
+u32 PixelFormatFor(const MovieClip& clip, const DecodeOptions& options) {
+  if (options.pixelFormat) return *options.pixelFormat;
+  const u32 tag = TagOfMovie(clip);
+  if (FileFor(options) == PictureFile::raw)
+    return PixelFormatOfEnding(options.output).value_or(RawFormatOfTag(tag));
+  const u32 pixelFormat = Y4mFormatOfTag(tag);
+  if (pixelFormat == 0) {
+    throw Problem{"YUV4MPEG2 files hold 4:2:2 pictures, these are " + FormatNameOfTag(tag), clip.name,
+                  "give --format raw, or a pixel format with --pixel-format"};
+  }
+  return pixelFormat;
 }
 
 bool DecodeClip(const std::string& input, const std::string& output, const DecodeOptions& options,
                 Console& console) {
   const MovieClip clip = OpenMovieClip(input);
-  const ClipFormat format = FormatToDecode(clip);
+  const DecodedClip decoded = ClipToDecode(clip, PixelFormatFor(clip, options));
+  const ClipFormat& format = decoded.format;
   const PictureFile file = FileFor(options);
   PictureTarget target;
   OpenPictureTarget(target, output, options.force);
   if (const std::string unkept = UnkeptOfMovie(clip); !unkept.empty())
     Note(console, clip.name + ": " + unkept);
+  if (const std::string unkept = UnkeptOfFrames(TagOfMovie(clip), format.pixelFormat); !unkept.empty())
+    Note(console, clip.name + ": the pictures do not keep " + unkept);
   const picture_io::PictureSink sink = file == PictureFile::raw
                                            ? picture_io::OpenRawSink(WriterOf(target))
                                            : picture_io::OpenY4mSink(format, WriterOf(target));
 
-  const u64 pictureBytes = u64{picture_io::YuvuRowBytes(format.width)} * format.height;
+  const u64 pictureBytes = RawPictureBytes(format);
   Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
   u64 next = 0;
   u64 suspects = 0;
@@ -57,7 +90,7 @@ bool DecodeClip(const std::string& input, const std::string& output, const Decod
       },
       [&](DecodeJob& job) {
         const FrameEnd end =
-            DecodeFrame(job.bytes, format, job.picture, job.scratch, PlaceOfFrame(clip, job.frame));
+            DecodeFrame(job.bytes, decoded, job.picture, job.scratch, PlaceOfFrame(clip, job.frame));
         job.isSuspect = end.recordedBytes != job.bytes.size();
         sink.pack(job.picture, job.stored);
       },
@@ -79,8 +112,8 @@ bool DecodeClip(const std::string& input, const std::string& output, const Decod
 }  // namespace
 
 bool RunDecode(const DecodeOptions& options, Console& console) {
-  const char* const ending = FileFor(options) == PictureFile::raw ? ".yuv" : ".y4m";
-  const std::vector<std::string> outputs = NameResults(options.inputs, options.output, ending);
+  CheckOptions(options);
+  const std::vector<std::string> outputs = NameResults(options.inputs, options.output, EndingFor(options));
   return ForEachInput(options.inputs, console, [&](std::size_t index) {
     return DecodeClip(options.inputs[index], outputs[index], options, console);
   });

@@ -2,12 +2,15 @@
 #include <cstdlib>
 #include <limits>
 
+#include "picture_io/planar_pairs.h"
 #include "tool/clip_description.h"
 #include "tool/clips.h"
+#include "tool/colour_standard.h"
 #include "tool/commands.h"
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
 #include "tool/targets.h"
+#include "vorel/pixel_formats.h"
 
 namespace vorel::tool {
 
@@ -43,17 +46,27 @@ container::MovieSettings SettingsFor(const PictureSource& source, bool force) {
   return settings;
 }
 
+// What the movie won't hold of its source: from the header, and from the pictures.
+std::string UnkeptOfSource(const PictureSource& source, const EncodeOptions& options, u32 tag) {
+  const u32 pixelFormat = source.format.pixelFormat;
+  const u32 sampleBits = options.source.pixelFormat ? VorelFindPixelFormat(pixelFormat)->sampleBits
+                                                    : picture_io::PlaneBits(pixelFormat);
+  const std::string ofPictures = UnkeptOfPictures(pixelFormat, sampleBits, tag);
+  return source.unkept + (source.unkept.empty() || ofPictures.empty() ? "" : ", ") + ofPictures;
+}
+
 // Frames go into the movie under one description, which says how large the first of them is.
 struct MovieFrames {
   container::MovieWriter& writer;
   const ClipFormat& format;
+  const FrameCoding& coding;
   std::optional<u32> description;
 };
 
 void AppendFrame(MovieFrames& frames, const FrameBuffer& buffer) {
   if (!frames.description) {
-    frames.description =
-        frames.writer.AddDescription(DescribeClip(frames.format, static_cast<u32>(buffer.bytes)));
+    frames.description = frames.writer.AddDescription(
+        DescribeClip(frames.format, frames.coding, static_cast<u32>(buffer.bytes)));
   }
   frames.writer.AppendFrame(reinterpret_cast<const u8*>(buffer.words.data()), buffer.bytes,
                             *frames.description);
@@ -61,16 +74,20 @@ void AppendFrame(MovieFrames& frames, const FrameBuffer& buffer) {
 
 bool EncodeClip(const std::string& input, const std::string& output, const EncodeOptions& options,
                 Console& console) {
-  const PictureSource source = OpenPictures(input, options.source);
+  const u32 eightBits = options.family == VOREL_YCBCR_8BW_422 ? picture_io::kYuvu : picture_io::k2vuy;
+  const PictureSource source = OpenPictures(input, options.source, eightBits);
   const ClipFormat& format = source.format;
+  const u32 standard = options.colourStandard.value_or(StandardForHeight(format.height));
+  const FrameCoding coding = CodingOfClip(format, options.family, options.keepAlpha, standard, source.name);
   MovieTarget target;
   OpenMovieTarget(target, output, SettingsFor(source, options.force));
-  if (!source.unkept.empty()) Note(console, source.name + ": the movie does not keep " + source.unkept);
+  if (const std::string unkept = UnkeptOfSource(source, options, coding.tag); !unkept.empty())
+    Note(console, source.name + ": the movie does not keep " + unkept);
 
-  const u64 pictureBytes = u64{picture_io::YuvuRowBytes(format.width)} * format.height;
-  const u64 jobBytes = 2 * pictureBytes + FrameBufferBytes(format.width, format.height);
+  const u64 pictureBytes = RawPictureBytes(format);
+  const u64 jobBytes = 2 * pictureBytes + FrameBufferBytes(coding.tag, format.width, format.height);
   Progress progress = StartProgress(console, source.name, source.expectedFrames);
-  MovieFrames frames{*target.writer, format, {}};
+  MovieFrames frames{*target.writer, format, coding, {}};
   u64 fetched = 0;
   RunPipeline<EncodeJob>(
       ShapePipeline(options.threads, jobBytes),
@@ -80,8 +97,7 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
       },
       [&](EncodeJob& job) {
         source.unpack(job.stored, job.picture);
-        EncodeFrame(job.picture, IsInterlaced(format.scan), job.buffer,
-                    source.name + ": frame " + std::to_string(job.frame));
+        EncodeFrame(job.picture, coding, job.buffer, source.name + ": frame " + std::to_string(job.frame));
       },
       [&](EncodeJob& job) {
         AppendFrame(frames, job.buffer);

@@ -4,14 +4,12 @@
 #include <algorithm>
 
 #include "base/bytes.h"
+#include "frame/frame_header.h"
 #include "frame/frame_tags.h"
 
 namespace vorel::tool {
 
 namespace {
-
-constexpr u32 kProgressiveTag = WordOfBytes("YbYr");
-constexpr u32 kInterlacedTag = WordOfBytes("Ybyr");
 
 constexpr const char* kStatusTexts[] = {
     "complete",
@@ -38,14 +36,36 @@ constexpr const char* kStatusTexts[] = {
 
 constexpr const char* kTinyAdvice = "pictures of a few pixels can end so; use larger ones";
 
-// An attempted row that was given up may have left codes behind the frame's end: 16 bits for each sample at
-// most.
-std::size_t AttemptWords(u32 width) {
-  return std::size_t{picture_io::YuvuRowBytes(width)} / 2 + 4;
+using EncodeFunction = VorelStatus(u32 pixelFormat, u32 formatChoice, u32 width, u32 height, i32 rowBytes,
+                                   const void* base, u32 colourStandard, u32* wordCursor, u32* bitCursor,
+                                   u32* frame, u32 flags);
+
+VorelStatus EncodeGenerically(u32 pixelFormat, u32 formatChoice, u32 width, u32 height, i32 rowBytes,
+                              const void* base, u32 /* colourStandard */, u32* wordCursor, u32* bitCursor,
+                              u32* frame, u32 flags) {
+  return VorelGenericEncode(pixelFormat, formatChoice, width, height, rowBytes, base, wordCursor, bitCursor,
+                            frame, flags);
 }
 
-void PrepareBuffer(FrameBuffer& buffer, u32 width, u32 height) {
-  const std::size_t words = FrameBufferBytes(width, height) / 4;
+// By VorelFamily.
+constexpr EncodeFunction* kEncodeFunctions[] = {
+    EncodeGenerically,     VorelRGB10bfEncode,      VorelRGB8bfEncode,      VorelYCbCr10bv444Encode,
+    VorelYCbCr8b444Encode, VorelYCbCr10bv422Encode, VorelYCbCr8bv422Encode, VorelYCbCr8bw422Encode};
+static_assert(std::size(kEncodeFunctions) == VOREL_YCBCR_8BW_422 + 1);
+
+u32 SamplesPerRow(const FrameLayout& layout, u32 width) {
+  return UnitsPerRow(layout, width) * SamplesPerUnit(layout);
+}
+
+// An attempted row that was given up may have left codes behind the frame's end: 16 bits for each sample at
+// most.
+std::size_t AttemptWords(u32 tag, u32 width) {
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  return layout == nullptr ? 0 : std::size_t{SamplesPerRow(*layout, width)} / 2 + 4;
+}
+
+void PrepareBuffer(FrameBuffer& buffer, u32 tag, u32 width, u32 height) {
+  const std::size_t words = FrameBufferBytes(tag, width, height) / 4;
   if (buffer.words.size() == words) {
     std::fill_n(buffer.words.begin(), std::min(buffer.touchedWords, words), 0u);
   } else {
@@ -58,51 +78,60 @@ u64 RecordedBytes(u32 wordCursor, u32 bitCursor) {
   return (u64{wordCursor} * 32 + 7 + bitCursor) / 8;
 }
 
-// The smallest frame that can hold a picture of a 4:2:2 format without alpha: a bit for each row and each
-// sample. A frame below it is not decoded, so that its picture needs no memory.
-u64 SmallestFrameBytes(u32 width, u32 height) {
-  return VOREL_FRAME_HEADER_BYTES + (u64{height} * (1 + picture_io::YuvuRowBytes(width)) + 7) / 8;
+// The smallest frame that can hold a picture: a bit for each row and each sample. A frame below it is not
+// decoded, so that its picture needs no memory.
+u64 SmallestFrameBytes(const FrameLayout& layout, u32 width, u32 height) {
+  return VOREL_FRAME_HEADER_BYTES + (u64{height} * (1 + SamplesPerRow(layout, width)) + 7) / 8;
 }
 
-Problem UnknownFrame(const std::vector<u8>& frame, const std::string& place) {
-  const u32 signature = frame.size() >= 4 ? LoadLittle32(frame.data()) : 0;
-  if (signature != WordOfBytes("Vorl") && signature != WordOfBytes("Kesp")) {
+bool HasReadableSignature(const std::vector<u8>& frame) {
+  HeaderWords header;
+  for (std::size_t i = 0; i < header.size(); ++i) header[i] = LoadLittle32(frame.data() + 4 * i);
+  return IsReadableSignature(header);
+}
+
+// Why no routine handles a frame; it has a whole header.
+Problem UnknownFrame(const std::vector<u8>& frame, u32 pixelFormat, const std::string& place) {
+  const u32 signature = LoadLittle32(frame.data());
+  if (signature != kWrittenSignature[0] && signature != kOtherFirstWord) {
     return {"not a VorelVideo frame", place, "the movie is damaged, or its frames are of another codec"};
   }
   const u32 tag = TagOfFrame(frame);
   const std::string name = FormatNameOfTag(tag);
   if (name.empty())
     return {"the frame's format tag \"" + TagText(tag) + "\" is unknown", place, "the frame is damaged"};
-  if (tag == kProgressiveTag || tag == kInterlacedTag) {
+  if (!HasReadableSignature(frame))
     return {"the frame's header is damaged", place, "fetch or make the movie again"};
-  }
-  return {"frames of format " + name + " (tag \"" + TagText(tag) + "\") are not handled for now", place,
-          "only Y'CbCr 8bw 4:2:2 is"};
+  return {"frames of format " + name + " (tag \"" + TagText(tag) + "\") do not come as '" +
+              PixelFormatName(pixelFormat) + "' pictures",
+          place, "choose another pixel format with --pixel-format"};
 }
 
 }  // namespace
 
-u64 FrameBufferBytes(u32 width, u32 height) {
+u64 FrameBufferBytes(u32 tag, u32 width, u32 height) {
   constexpr u64 kSlack = 40;
-  const u64 bound = std::max(VorelMaxFrameBytes(kProgressiveTag, width, height),
-                             VorelMaxFrameBytes(kInterlacedTag, width, height));
-  return (bound + kSlack + 3) / 4 * 4;
+  return (u64{VorelMaxFrameBytes(tag, width, height)} + kSlack + 3) / 4 * 4;
 }
 
-void EncodeFrame(const picture_io::Picture& picture, bool interlaced, FrameBuffer& buffer,
+void EncodeFrame(const picture_io::Picture& picture, const FrameCoding& coding, FrameBuffer& buffer,
                  const std::string& place) {
-  PrepareBuffer(buffer, picture.width, picture.height);
+  PrepareBuffer(buffer, coding.tag, picture.width, picture.height);
   u32 wordCursor = 0;
   u32 bitCursor = 0;
   const VorelStatus status =
-      VorelGenericEncode(picture.pixelFormat, interlaced ? VOREL_INTERLACED : 0, picture.width,
-                         picture.height, static_cast<i32>(picture.rowBytes), picture.bytes.data(),
-                         &wordCursor, &bitCursor, buffer.words.data(), 0);
+      kEncodeFunctions[coding.family](picture.pixelFormat, coding.formatChoice, picture.width, picture.height,
+                                      static_cast<i32>(picture.rowBytes), picture.bytes.data(),
+                                      coding.colourStandard, &wordCursor, &bitCursor, buffer.words.data(), 0);
+  if (status == VOREL_NO_ROUTINE) {
+    throw Problem{"cannot encode: no routine makes frames of format " + FormatNameOfTag(coding.tag) +
+                      " from '" + PixelFormatName(picture.pixelFormat) + "' pictures",
+                  place, "choose another codec with --codec, or another pixel format"};
+  }
   if (status == VOREL_FRAME_BOUND_WRITTEN)
     throw Problem{"cannot encode: " + StatusText(status), place, kTinyAdvice};
   if (status != VOREL_COMPLETE) throw Problem{"cannot encode: " + StatusText(status), place, ""};
-  const u64 bound =
-      VorelMaxFrameBytes(interlaced ? kInterlacedTag : kProgressiveTag, picture.width, picture.height);
+  const u64 bound = VorelMaxFrameBytes(coding.tag, picture.width, picture.height);
   const u64 recorded = RecordedBytes(wordCursor, bitCursor);
   if (recorded > bound + VOREL_FRAME_HEADER_BYTES) {
     throw Problem{"cannot encode: the frame takes " + std::to_string(recorded) + " bytes, more than the " +
@@ -113,23 +142,24 @@ void EncodeFrame(const picture_io::Picture& picture, bool interlaced, FrameBuffe
   // zeros.
   const std::size_t behind =
       std::min<std::size_t>(wordCursor - VOREL_FRAME_HEADER_WORDS + 1, buffer.words.size());
-  const std::size_t end = std::min(behind + AttemptWords(picture.width), buffer.words.size());
+  const std::size_t end = std::min(behind + AttemptWords(coding.tag, picture.width), buffer.words.size());
   std::fill(buffer.words.data() + behind, buffer.words.data() + end, 0u);
   buffer.bytes = recorded;
   buffer.touchedWords = behind;
 }
 
-FrameEnd DecodeFrame(const std::vector<u8>& frame, const picture_io::ClipFormat& format,
-                     picture_io::Picture& picture, std::vector<u8>& scratch, const std::string& place) {
-  if (frame.size() >= VOREL_FRAME_HEADER_BYTES) {
-    if (const u32 tag = TagOfFrame(frame); tag != kProgressiveTag && tag != kInterlacedTag) {
-      throw UnknownFrame(frame, place);
-    }
-  }
-  const u64 smallest = SmallestFrameBytes(format.width, format.height);
+FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, picture_io::Picture& picture,
+                     std::vector<u8>& scratch, const std::string& place) {
+  const picture_io::ClipFormat& format = clip.format;
+  const bool hasHeader = frame.size() >= VOREL_FRAME_HEADER_BYTES;
+  const FrameLayout* const layout = LayoutOfTag(TagOfFrame(frame)).layout;
+  if (hasHeader && layout == nullptr) throw UnknownFrame(frame, format.pixelFormat, place);
+  // Of a frame without a tag that much is known: no layout has fewer samples.
+  const u64 smallest =
+      SmallestFrameBytes(layout == nullptr ? YCbCr8bw422 : *layout, format.width, format.height);
   if (frame.size() < smallest) {
     throw Problem{"the frame is cut short: it has " + std::to_string(frame.size()) +
-                      " bytes, and no frame of this " + "size has fewer than " + std::to_string(smallest),
+                      " bytes, and no frame of this size has fewer than " + std::to_string(smallest),
                   place, "fetch or make the movie again"};
   }
   ShapePicture(format, picture);
@@ -138,9 +168,9 @@ FrameEnd DecodeFrame(const std::vector<u8>& frame, const picture_io::ClipFormat&
   u32 bitCursor = 0;
   const VorelStatus status =
       VorelDecodeBounded(VOREL_GENERIC, picture.pixelFormat, picture.width, picture.height,
-                         static_cast<i32>(picture.rowBytes), picture.bytes.data(), VOREL_COLOUR_601,
+                         static_cast<i32>(picture.rowBytes), picture.bytes.data(), clip.colourStandard,
                          &wordCursor, &bitCursor, frame.data(), frame.size(), 0, scratch.data());
-  if (status == VOREL_NO_ROUTINE) throw UnknownFrame(frame, place);
+  if (status == VOREL_NO_ROUTINE) throw UnknownFrame(frame, format.pixelFormat, place);
   if (status != VOREL_COMPLETE) {
     throw Problem{"cannot decode: " + StatusText(status), place,
                   "the frame is damaged; fetch or make the movie again"};
@@ -159,32 +189,6 @@ u32 TagOfFrame(const std::vector<u8>& frame) {
   constexpr std::size_t kTagOffset = 16;
   if (frame.size() < VOREL_FRAME_HEADER_BYTES) return 0;
   return VorelNormalizeFormatTag(LoadLittle32(frame.data() + kTagOffset));
-}
-
-std::string TagText(u32 tag) {
-  std::string text;
-  for (int shift = 0; shift < 32; shift += 8) {
-    const unsigned byte = tag >> shift & 0xFF;
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    if (byte >= ' ' && byte <= '~') {
-      text += static_cast<char>(byte);
-    } else {
-      text += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
-    }
-  }
-  return text;
-}
-
-std::string FormatNameOfTag(u32 tag) {
-  const TaggedLayout tagged = LayoutOfTag(tag);
-  return tagged.layout == nullptr ? ""
-                                  : tagged.layout->shownName[static_cast<std::size_t>(Index(tagged.scan))];
-}
-
-u32 PixelBitsOfTag(u32 tag) {
-  const FrameLayout* const layout = LayoutOfTag(tag).layout;
-  if (layout == nullptr) return 0;
-  return layout->unit == Unit::pair ? RawBitsPerUnit(*layout) / 2 : RawBitsPerUnit(*layout);
 }
 
 std::string StatusText(VorelStatus status) {

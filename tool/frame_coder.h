@@ -5,6 +5,7 @@
 
 #include "base/problem.h"
 #include "picture_io/picture_stream.h"
+#include "tool/frame_format.h"
 #include "vorel/frame_codec.h"
 
 namespace vorel::tool {
@@ -16,11 +17,11 @@ struct FrameBuffer {
   std::size_t bytes = 0;  // size of the frame as it is recorded
 };
 
-// Bytes that a buffer takes for a picture of this size.
-u64 FrameBufferBytes(u32 width, u32 height);
+// Bytes that a buffer takes for a frame with this tag of a picture of this size.
+u64 FrameBufferBytes(u32 tag, u32 width, u32 height);
 
-// Encodes a 'yuvu' picture. `place` names the frame in the Problem that is thrown when that fails.
-void EncodeFrame(const picture_io::Picture& picture, bool interlaced, FrameBuffer& buffer,
+// Encodes a picture. `place` names the frame in the Problem that is thrown when that fails.
+void EncodeFrame(const picture_io::Picture& picture, const FrameCoding& coding, FrameBuffer& buffer,
                  const std::string& place);
 
 // How a frame ended: the bytes that its bits fill, header included, and the size that it is recorded with.
@@ -29,22 +30,20 @@ struct FrameEnd {
   u64 recordedBytes;
 };
 
+// What a movie's frames are decoded to.
+struct DecodedClip {
+  picture_io::ClipFormat format;
+  u32 colourStandard;
+};
+
 // Decodes a frame into a picture of the clip's format. Throws Problem that names `place` and says why: not a
-// frame, of a format that is not handled, damaged, or cut short. `scratch` is used again and again.
-FrameEnd DecodeFrame(const std::vector<u8>& frame, const picture_io::ClipFormat& format,
-                     picture_io::Picture& picture, std::vector<u8>& scratch, const std::string& place);
+// frame, of a format that does not come as such pictures, damaged, or cut short. `scratch` is used again and
+// again.
+FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, picture_io::Picture& picture,
+                     std::vector<u8>& scratch, const std::string& place);
 
 // The format tag of a frame in its one spelling; 0 if the bytes are too few for a header.
 u32 TagOfFrame(const std::vector<u8>& frame);
-
-// The four bytes of a tag in the order of the frame, as a person reads them: YbYr, \xA2YRY.
-std::string TagText(u32 tag);
-
-// "Y'CbCr 8bw 4:2:2p"; empty for an unknown tag.
-std::string FormatNameOfTag(u32 tag);
-
-// Bits that a pixel of this format takes without coding; 0 for an unknown tag.
-u32 PixelBitsOfTag(u32 tag);
 
 // What a status means.
 std::string StatusText(VorelStatus status);

@@ -7,6 +7,7 @@
 
 #include "tool/clip_description.h"
 #include "tool/clips.h"
+#include "tool/colour_standard.h"
 #include "tool/commands.h"
 #include "tool/frame_coder.h"
 
@@ -25,17 +26,6 @@ struct FrameSizes {
   u64 largest = 0;
   u64 pictureBytes = 0;  // all frames without coding; 0 if their format is unknown
 };
-
-// The frames' own tag, from the first of them, which goes before what the description says.
-u32 TagOfFrames(const MovieClip& clip) {
-  if (!clip.video.samples.empty()) {
-    const container::Sample& sample = clip.video.samples[0];
-    std::vector<u8> header(std::min<u32>(sample.bytes, VOREL_FRAME_HEADER_BYTES));
-    container::ReadAt(*clip.movie.file, sample.offset, header.data(), header.size());
-    if (const u32 tag = TagOfFrame(header); !FormatNameOfTag(tag).empty()) return tag;
-  }
-  return TagOfDescription(clip.video.descriptions[0]);
-}
 
 FrameSizes MeasureFrames(const MovieClip& clip, u32 tag) {
   const std::vector<container::Sample>& samples = clip.video.samples;
@@ -61,6 +51,8 @@ const char* ScanText(picture_io::ScanOrder scan) {
       return "interlaced, top field first";
     case picture_io::ScanOrder::bottomFirst:
       return "interlaced, bottom field first";
+    case picture_io::ScanOrder::interlaced:
+      return "interlaced";
     default:
       return "unknown";
   }
@@ -107,8 +99,9 @@ Json DescriptionAsJson(const container::SampleDescription& description) {
 
 Json VideoAsJson(const MovieClip& clip) {
   const container::SampleDescription& description = clip.video.descriptions[0];
-  const picture_io::ClipFormat format = ClipOfDescription(description, clip.video.rate);
-  const u32 tag = TagOfFrames(clip);
+  const picture_io::ClipFormat format = ClipOfDescription(description, clip.video.rate, 0);
+  const std::string standard = StandardName(description);
+  const u32 tag = TagOfMovie(clip);
   const FrameSizes sizes = MeasureFrames(clip, tag);
   Json descriptions = Json::array();
   for (const container::SampleDescription& one : clip.video.descriptions)
@@ -118,6 +111,7 @@ Json VideoAsJson(const MovieClip& clip) {
                 {"height", format.height},
                 {"scan", ScanText(format.scan)},
                 {"pixelAspect", AspectText(format.aspect)},
+                {"colourStandard", standard.empty() ? Json() : Json(standard)},
                 {"tag", tag == 0 ? Json() : Json(TagText(tag))},
                 {"format", tag == 0 ? Json() : Json(FormatNameOfTag(tag))},
                 {"frames", clip.video.samples.size()},
@@ -192,8 +186,9 @@ void PrintMovie(const Json& movie) {
   std::printf("  video       track %s, %s x %s, %s frames, %s frames/s\n", Text(video["track"]).c_str(),
               Text(video["width"]).c_str(), Text(video["height"]).c_str(), Text(video["frames"]).c_str(),
               Text(video["rate"]).c_str());
-  std::printf("              scan %s, pixel aspect %s\n", Text(video["scan"]).c_str(),
-              Text(video["pixelAspect"]).c_str());
+  std::printf("              scan %s, pixel aspect %s, colour standard %s\n", Text(video["scan"]).c_str(),
+              Text(video["pixelAspect"]).c_str(),
+              video["colourStandard"].is_null() ? "not said" : Text(video["colourStandard"]).c_str());
   std::printf("  format      %s, tag '%s'\n", Text(video["format"]).c_str(), Text(video["tag"]).c_str());
   for (const Json& description : video["descriptions"]) PrintDescription(description);
   std::printf("  frame bytes %s smallest, %s mean, %s largest\n", Text(bytes["smallest"]).c_str(),

@@ -6,6 +6,7 @@
 
 #include "base/integers.h"
 #include "picture_io/clip_format.h"
+#include "vorel/frame_codec.h"
 
 namespace vorel::tool {
 
@@ -15,7 +16,7 @@ struct UsageError {
 };
 
 // How pictures are read. Without a pixel format the input is YUV4MPEG2, and rate and scan replace what its
-// header says.
+// header says; ScanOrder::interlaced leaves the order of fields as it is where that is known.
 struct SourceOptions {
   std::optional<u32> pixelFormat;
   u32 width = 0;  // with a pixel format: both sides given
@@ -28,6 +29,9 @@ struct EncodeOptions {
   std::vector<std::string> inputs;  // "-" is stdin
   std::string output;               // empty: named after the input
   SourceOptions source;
+  VorelFamily family = VOREL_GENERIC;
+  bool keepAlpha = true;
+  std::optional<u32> colourStandard;  // unset: by the height
   bool force = false;
   u32 threads = 0;  // 0: one for each processor
 };
@@ -37,7 +41,8 @@ enum class PictureFile : u8 { y4m, raw };
 struct DecodeOptions {
   std::vector<std::string> inputs;
   std::string output;
-  std::optional<PictureFile> format;  // unset: told by the output's name
+  std::optional<PictureFile> format;  // unset: told by the output's name or the pixel format
+  std::optional<u32> pixelFormat;     // unset: what the frames hold
   bool force = false;
   u32 threads = 0;
 };
@@ -51,6 +56,10 @@ struct VerifyOptions {
 
 struct InfoOptions {
   std::vector<std::string> inputs;
+  bool json = false;
+};
+
+struct FormatsOptions {
   bool json = false;
 };
 

@@ -1,4 +1,5 @@
 // vorel verify: decodes every frame, and compares with the pictures that a movie was made from.
+#include "picture_io/planar_pairs.h"
 #include "tool/clips.h"
 #include "tool/commands.h"
 #include "tool/frame_coder.h"
@@ -32,9 +33,9 @@ struct Findings {
   u64 different = 0;
 };
 
-void CheckFrame(VerifyJob& job, const ClipFormat& format, const std::string& place) {
+void CheckFrame(VerifyJob& job, const DecodedClip& decoded, const std::string& place) {
   try {
-    const FrameEnd end = DecodeFrame(job.bytes, format, job.decoded, job.scratch, place);
+    const FrameEnd end = DecodeFrame(job.bytes, decoded, job.decoded, job.scratch, place);
     if (end.recordedBytes == job.bytes.size()) return;
     job.damage = Problem{"the frame's bits call for a size of " + std::to_string(end.recordedBytes) +
                              " bytes, it has " + std::to_string(job.bytes.size()),
@@ -80,6 +81,15 @@ u64 CountRest(const PictureSource& source) {
   return rest;
 }
 
+// What the frame keeps and the source has. YUV4MPEG2 pictures have fewer bits in a sample than 'v216' has.
+Compared ComparedParts(const VerifyJob& job, const PictureSource& source, const VerifyOptions& options) {
+  constexpr u32 kWordBits = 16;
+  const u32 pixelFormat = source.format.pixelFormat;
+  const bool isLifted = !options.source.pixelFormat && pixelFormat == picture_io::kV216;
+  return {source.keepsPadding, TagHasAlpha(TagOfFrame(job.bytes)),
+          isLifted ? kWordBits - picture_io::PlaneBits(pixelFormat) : 0};
+}
+
 // Says what was found in the end; true if all is well.
 bool Conclude(const MovieClip& clip, const PictureSource* source, u64 sourceFrames, const Findings& findings,
               Progress& progress, Console& console) {
@@ -104,13 +114,13 @@ bool Conclude(const MovieClip& clip, const PictureSource* source, u64 sourceFram
 
 bool VerifyClip(const std::string& input, const VerifyOptions& options, Console& console) {
   const MovieClip clip = OpenMovieClip(input);
-  const ClipFormat format = FormatToDecode(clip);
+  const u32 tag = TagOfMovie(clip);
   std::optional<PictureSource> source;
-  if (!options.against.empty()) {
-    source = OpenPictures(options.against, options.source);
-    CheckSize(format, *source, clip.name);
-  }
-  const u64 pictureBytes = u64{picture_io::YuvuRowBytes(format.width)} * format.height;
+  if (!options.against.empty())
+    source = OpenPictures(options.against, options.source, EightBitFormatOfTag(tag));
+  const DecodedClip decoded = ClipToDecode(clip, source ? source->format.pixelFormat : RawFormatOfTag(tag));
+  if (source) CheckSize(decoded.format, *source, clip.name);
+  const u64 pictureBytes = RawPictureBytes(decoded.format);
   Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
   Findings findings;
   u64 next = 0;
@@ -128,10 +138,10 @@ bool VerifyClip(const std::string& input, const VerifyOptions& options, Console&
       [&](VerifyJob& job) {
         job.damage.reset();
         job.difference.reset();
-        CheckFrame(job, format, PlaceOfFrame(clip, job.frame));
+        CheckFrame(job, decoded, PlaceOfFrame(clip, job.frame));
         if (!job.hasSource || job.damage) return;
         source->unpack(job.stored, job.source);
-        job.difference = FindDifference(job.decoded, job.source, source->keepsPadding);
+        job.difference = FindDifference(job.decoded, job.source, ComparedParts(job, *source, options));
       },
       [&](VerifyJob& job) {
         Record(job, PlaceOfFrame(clip, job.frame), options.against, findings, console);

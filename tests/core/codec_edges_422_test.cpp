@@ -168,7 +168,7 @@ TEST(Edges10bv422, TheOnlyRowIsPredictedFromTheLeft) {
 }
 
 TEST(Edges10bv422, APredictedRowOfExactlyTheBudgetStays) {
-  // Eight residuals of chroma and `far` of luma take 16 bits each; the raw row of four pairs is 5 words and a bit.
+  // Eight residuals of chroma and `far` of luma take 16 bits each. A raw row is five words and a bit.
   const auto encode = [](int far) {
     Bytes row;
     int luma = 502;

@@ -88,7 +88,7 @@ TEST(Edges8b444, FillersHaveNoInfluence) {
 }
 
 TEST(Edges8b444, ARowIsRawOnlyBeyondItsOwnWords) {
-  // Four pixels: 21 bits, and 15 more for each of `far` residuals of chroma. A raw row is three words and a bit.
+  // 21 bits, and 15 more for each of `far` residuals of chroma. A raw row is three words and a bit.
   const auto encode = [](int far) {
     Bytes row;
     int cb = 128;

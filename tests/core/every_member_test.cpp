@@ -1,5 +1,5 @@
-// Every routine of the catalogue against the reference coder: the same frames, pictures, cursors and statuses,
-// whole frames and damaged ones, and nothing else touched.
+// Every routine of the catalogue against the reference coder: the same frames, pictures, cursors and
+// statuses, whole frames and damaged ones, and nothing else touched.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -59,8 +59,8 @@ std::string CompareEncoder(const Member& member, const Setting& s, Seen& seen) {
   return CompareEncoderOn(PaintPixels(member.pixel, a.width, a.height, s.paint, s.seed), member, s, seen);
 }
 
-// As rows are judged by whole words, predicted rows may be longer than raw ones. In a narrow and tall picture, of
-// rows that lead farthest of some, they creep past the frame bound.
+// As rows are judged by whole words, predicted rows may be longer than raw ones. In a narrow and tall
+// picture, of rows that lead farthest of some, they creep past the frame bound.
 std::string CompareCreepingEncoder(const Member& member, const Setting& s, Seen& seen) {
   Setting tall = s;
   Arguments& a = tall.arguments;
@@ -96,8 +96,8 @@ std::string CompareCreepingEncoder(const Member& member, const Setting& s, Seen&
 
 // ---- Decoders
 
-// A frame in memory that ends at a fence. Its first word is aligned: up to three bytes of it may lie before the
-// readable ones, and read as zeros.
+// A frame in memory that ends at a fence. Its first word is aligned: up to three bytes of it may lie before
+// the readable ones, and read as zeros.
 struct Loan {
   Fenced memory;
   std::size_t before;
@@ -105,8 +105,8 @@ struct Loan {
   u8* Frame() { return memory.data() - before; }
 };
 
-// Exactly `readable` is lent, and bits behind it are zero; `exported` calls the routine of the public header, for
-// which two words follow the coded bits.
+// Exactly `readable` is lent, and bits behind it are zero; `exported` calls the routine of the public header,
+// for which two words follow the coded bits.
 std::string CompareDecoder(const Member& member, const Setting& s, const std::vector<u8>& readable,
                            bool exported, Seen& seen) {
   const Arguments& a = s.arguments;

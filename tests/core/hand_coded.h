@@ -37,8 +37,8 @@ inline Arguments TightArguments(std::string_view pixel, u32 width, u32 height) {
   return {width, height, static_cast<i32>(rowBytes), 0, 0, 0};
 }
 
-// The stream of a picture, from the first bit to the one at which the encoder stopped. The frame has exactly the
-// room of its bound.
+// The stream of a picture, from the first bit to the one at which the encoder stopped. The frame has exactly
+// the room of its bound.
 inline std::string EncodeToText(std::string_view layoutAndScan, std::string_view pixel, u32 width,
                                 const PictureRows& rows) {
   const FrameRoutine& routine = *FindMember(Direction::encode, layoutAndScan, pixel).routine;

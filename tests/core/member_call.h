@@ -18,7 +18,7 @@ struct Member {
   std::string pixel;
 };
 
-// `Vorel` layout scan `From` pixel `Encode`, or with `To` and `Decode`. One routine bears its neighbour's name.
+// `Vorel` layout scan `From` pixel `Encode`, or with `To` and `Decode`. One bears its neighbour's name.
 inline Member ReadName(const FrameRoutine& routine) {
   const std::string name = routine.name;
   const bool encodes = routine.direction == Direction::encode;
@@ -81,7 +81,7 @@ inline u32 CallDecoder(const FrameRoutine& routine, Arguments& a, u8* picture, c
              : to.decode(a.width, a.height, a.rowBytes, picture, &a.word, &a.bit, words);
 }
 
-// The form that the dispatch calls: of the frame, only the bytes from `readableFrom` to `readableTo` are read.
+// The form that the dispatch calls: only bytes from `readableFrom` to `readableTo` of the frame are read.
 inline u32 CallBounded(const FrameRoutine& routine, Arguments& a, u8* picture, u8* frame, u8* scratch,
                        std::size_t readableFrom, std::size_t readableTo) {
   return static_cast<u32>(routine.run({a.width, a.height, a.rowBytes, picture, a.standard, &a.word, &a.bit,

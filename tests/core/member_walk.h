@@ -35,7 +35,7 @@ inline u64 FirstBit(const Arguments& a) {
 
 // Another sample of the settings for every member: `turn` counts the settings of one member.
 inline Setting MakeSetting(std::size_t member, u32 turn, std::string_view pixel) {
-  static constexpr u32 kWide[] = {95, 96, 97, 193};
+  static constexpr u32 kWide[] = {95, 96, 97, 127, 128, 129, 131, 193};
   static constexpr u32 kTall[] = {8, 9, 17, 18};
   static constexpr u32 kCursors[][2] = {{5, 0}, {0, 0}, {0, 1}, {5, 31}, {3, 37}, {5, 1}};
   const u32 seed = static_cast<u32>(member) * 64 + turn;
@@ -43,7 +43,7 @@ inline Setting MakeSetting(std::size_t member, u32 turn, std::string_view pixel)
   u32 width = 1 + (static_cast<u32>(member) * 11 + turn * 5) % 67;
   u32 height = 1 + static_cast<u32>(random() % 5);
   if (turn % 8 == 6) width = 1 + (static_cast<u32>(member) + turn / 8) % 9;
-  if (turn % 8 == 7) width = kWide[(member + turn / 8) % 4];
+  if (turn % 8 == 7) width = kWide[(member + turn / 8) % 8];
   if (turn % 8 == 5) height = kTall[(member + turn / 8) % 4];
   const std::size_t least = (reference::RowBytes(pixel, width) + 3) / 4 * 4;
   const i32 rowBytes = static_cast<i32>(least + random() % 3 * 4);
@@ -54,9 +54,13 @@ inline Setting MakeSetting(std::size_t member, u32 turn, std::string_view pixel)
           seed};
 }
 
+// Broad rows are coded in pieces.
 inline Setting MakeBroad(std::size_t member, std::string_view pixel) {
-  const i32 rowBytes = static_cast<i32>((reference::RowBytes(pixel, 4200) + 3) / 4 * 4);
-  return {{4200, 2, rowBytes, static_cast<u32>(member % 3), 5, 0},
+  static constexpr u32 kBroad[] = {4200, 12401, 4097, 4200, 37000};
+  const u32 width = kBroad[member / 26 % 5];
+  const i32 rowBytes = static_cast<i32>((reference::RowBytes(pixel, width) + 3) / 4 * 4);
+  const u32 height = width < 5000 ? 5 : 2;
+  return {{width, height, rowBytes, static_cast<u32>(member % 3), 5, 0},
           member % 2 == 0 ? Paint::photo : Paint::mixed,
           static_cast<u32>(member)};
 }
@@ -96,7 +100,7 @@ inline void Walk(Direction direction, std::size_t count, u32 turns, Compare comp
     ASSERT_EQ(member.scan == 'p', member.routine->scan == Scan::p);
     ASSERT_EQ(member.routine->takesScratch, direction == Direction::decode && member.scan == 'p');
     // The broad picture comes to every pixel format, and to every layout, somewhere.
-    const bool broad = m % 13 == 5;
+    const bool broad = m % 26 == 5;
     for (u32 turn = 0; turn < turns + broad; ++turn) {
       const Setting setting = turn == turns ? MakeBroad(m, member.pixel) : MakeSetting(m, turn, member.pixel);
       const std::string what = compare(member, setting, seen);

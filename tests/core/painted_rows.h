@@ -1,5 +1,5 @@
-// Pictures for tests of any pixel format and any layout: rows of samples, and rows of pixels in whose fillers and
-// unused bits anything may stand.
+// Pictures for tests of any pixel format and any layout: rows of samples, and rows of pixels in whose fillers
+// and unused bits anything may stand.
 #pragma once
 #include <algorithm>
 #include <random>

@@ -1,5 +1,5 @@
-// The decoder of interlaced 8bv 4:2:2 frames whose rows have lost low bits: against its model, and by hand. In
-// class A of this code 0 is 000, in class B 0 is 0.
+// The decoder of interlaced 8bv 4:2:2 frames whose rows have lost low bits: against its model, and by hand.
+// In class A of this code 0 is 000, in class B 0 is 0.
 #include "tests/reference/reduced_rows.h"
 #include "tests/core/hand_coded.h"
 #include "tests/core/painted_rows.h"

@@ -71,11 +71,12 @@ TEST(RateText, DenominatorOneIsNotSaid) {
   EXPECT_EQ(RateText({24000, 1001}), "24000/1001");
 }
 
-TEST(YuvuRowBytes, RowsAreWholePairs) {
-  EXPECT_EQ(YuvuRowBytes(1), 4u);
-  EXPECT_EQ(YuvuRowBytes(2), 4u);
-  EXPECT_EQ(YuvuRowBytes(3), 8u);
-  EXPECT_EQ(YuvuRowBytes(32767), 65536u);
+TEST(IsInterlaced, TwoFieldsAreWithOrWithoutTheirOrder) {
+  EXPECT_TRUE(IsInterlaced(ScanOrder::topFirst));
+  EXPECT_TRUE(IsInterlaced(ScanOrder::bottomFirst));
+  EXPECT_TRUE(IsInterlaced(ScanOrder::interlaced));
+  EXPECT_FALSE(IsInterlaced(ScanOrder::progressive));
+  EXPECT_FALSE(IsInterlaced(ScanOrder::unknown));
 }
 
 }  // namespace vorel::picture_io

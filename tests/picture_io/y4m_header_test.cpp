@@ -17,17 +17,18 @@ std::string Refusal(const std::string& tags) {
   return ProblemText([&] { FormatOf(tags); });
 }
 
-constexpr const char* kOnly422 = "only 4:2:2 with 8 bits (C422) is handled for now; convert the clip to it";
+constexpr const char* kOnly422 =
+    "only 4:2:2 with 8 or 10 bits (C422, C422p10) is handled; convert the clip to it";
 
 }  // namespace
 
 TEST(Y4mHeader, EveryTagIsRead) {
-  const ClipFormat expected = {kYuvu, 640, 360, {24000, 1001}, ScanOrder::progressive, {10, 11}};
+  const ClipFormat expected = {k2vuy, 640, 360, {24000, 1001}, ScanOrder::progressive, {10, 11}};
   EXPECT_EQ(FormatOf("W640 H360 F24000:1001 Ip A10:11 C422"), expected);
 }
 
 TEST(Y4mHeader, OrderAndBlanksDoNotMatter) {
-  const ClipFormat expected = {kYuvu, 2, 3, {25, 1}, ScanOrder::bottomFirst, {1, 1}};
+  const ClipFormat expected = {k2vuy, 2, 3, {25, 1}, ScanOrder::bottomFirst, {1, 1}};
   EXPECT_EQ(FormatOf("C422  A1:1 Ib F25:1 H3 W2 "), expected);
 }
 
@@ -45,6 +46,16 @@ TEST(Y4mHeader, AbsentAndZeroRatiosAreUnknown) {
   EXPECT_FALSE(IsKnown(FormatOf("W2 H2 C422 F0:0").rate));
 }
 
+TEST(Y4mHeader, ChromaTellsThePixelFormatByItsBits) {
+  EXPECT_EQ(FormatOf("W2 H2 C422").pixelFormat, FourCharacterCode("2vuy"));
+  EXPECT_EQ(FormatOf("W2 H2 C422p10").pixelFormat, FourCharacterCode("v216"));
+}
+
+TEST(Y4mHeader, OlderWayOfWritingChromaIsNoComment) {
+  EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C422p10 XYSCSS=422P10", "a.y4m").comments, "");
+  EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C422 XYSCSS=422", "a.y4m").comments, "");
+}
+
 TEST(Y4mHeader, CommentsAreKeptAsideAndDoNoHarm) {
   const Y4mHeader header = ReadY4mHeader("YUV4MPEG2 W2 H2 C422 XYSCSS=422 XCOLORRANGE=FULL Zz", "a.y4m");
   EXPECT_EQ(header.comments, "XCOLORRANGE=FULL Zz");
@@ -52,7 +63,7 @@ TEST(Y4mHeader, CommentsAreKeptAsideAndDoNoHarm) {
 
 TEST(Y4mHeader, OtherChromaIsRefusedByName) {
   for (const char* const chroma : {"420", "420jpeg", "420mpeg2", "420paldv", "411", "444", "444alpha",
-                                   "422p10", "422p16", "mono", "mono10", ""}) {
+                                   "422p9", "422p12", "422p16", "422P10", "mono", "mono10", ""}) {
     EXPECT_EQ(Refusal(std::string("W2 H2 C") + chroma),
               std::string("a.y4m: header: chroma C") + chroma + " is not handled (" + kOnly422 + ")");
   }
@@ -106,7 +117,7 @@ TEST(Y4mHeader, OtherFilesAreRefusedWithoutTheirControlCharacters) {
 }
 
 TEST(Y4mHeader, LineIsWrittenInTheCustomaryOrder) {
-  EXPECT_EQ(Y4mHeaderLine({kYuvu, 640, 360, {24000, 1001}, ScanOrder::progressive, {1, 1}}),
+  EXPECT_EQ(Y4mHeaderLine({k2vuy, 640, 360, {24000, 1001}, ScanOrder::progressive, {1, 1}}),
             "YUV4MPEG2 W640 H360 F24000:1001 Ip A1:1 C422\n");
   EXPECT_EQ(Y4mHeaderLine({kYuvu, 1, 2, {25, 1}, ScanOrder::unknown, {}}),
             "YUV4MPEG2 W1 H2 F25:1 I? A0:0 C422\n");
@@ -114,6 +125,16 @@ TEST(Y4mHeader, LineIsWrittenInTheCustomaryOrder) {
             "YUV4MPEG2 W1 H2 F25:1 It A10:11 C422\n");
   EXPECT_EQ(Y4mHeaderLine({kYuvu, 1, 2, {25, 1}, ScanOrder::bottomFirst, {}}),
             "YUV4MPEG2 W1 H2 F25:1 Ib A0:0 C422\n");
+}
+
+TEST(Y4mHeader, OrderOfFieldsThatIsNotKnownHasNoLetter) {
+  EXPECT_EQ(Y4mHeaderLine({k2vuy, 1, 2, {25, 1}, ScanOrder::interlaced, {}}),
+            "YUV4MPEG2 W1 H2 F25:1 I? A0:0 C422\n");
+}
+
+TEST(Y4mHeader, TenBitsAreWrittenAsChroma) {
+  EXPECT_EQ(Y4mHeaderLine({kV216, 1, 2, {25, 1}, ScanOrder::progressive, {}}),
+            "YUV4MPEG2 W1 H2 F25:1 Ip A0:0 C422p10\n");
 }
 
 }  // namespace vorel::picture_io

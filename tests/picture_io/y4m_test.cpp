@@ -13,15 +13,22 @@ namespace {
 const std::string kHeader = "YUV4MPEG2 W3 H1 F25:1 Ip A1:1 C422\n";
 // Y' 1 2 3, Cb 128 129, Cr 127 0
 const std::string kPlanes("\x01\x02\x03\x80\x81\x7f\x00", 7);
-const std::vector<u8> kRow = {1, 0x00, 2, 0xFF, 3, 0x01, 3, 0x80};
+const std::vector<u8> kRow = {0x80, 1, 0x7F, 2, 0x81, 3, 0x00, 3};
+const std::vector<u8> kRowOfYuvu = {1, 0x00, 2, 0xFF, 3, 0x01, 3, 0x80};
+
+const std::string kHeader10 = "YUV4MPEG2 W3 H1 F25:1 Ip A1:1 C422p10\n";
+// Y' 1 0x302 1023, Cb 512 513, Cr 511 0
+const std::string kPlanes10("\x01\x00\x02\x03\xFF\x03\x00\x02\x01\x02\xFF\x01\x00\x00", 14);
+const std::vector<u8> kRow10 = {0x00, 0x80, 0x40, 0x00, 0xC0, 0x7F, 0x80, 0xC0,
+                                0x40, 0x80, 0xC0, 0xFF, 0x00, 0x00, 0xC0, 0xFF};
 
 ByteInput InputOf(const std::string& text) {
   return ByteInputOf({text.begin(), text.end()}, "a.y4m");
 }
 
 // All pictures of a stream.
-std::vector<std::vector<u8>> PicturesOf(const std::string& text) {
-  const PictureSource source = OpenY4mSource(InputOf(text));
+std::vector<std::vector<u8>> PicturesOf(const std::string& text, u32 eightBits = k2vuy) {
+  const PictureSource source = OpenY4mSource(InputOf(text), eightBits);
   std::vector<std::vector<u8>> pictures;
   StoredPicture stored;
   Picture picture;
@@ -30,6 +37,24 @@ std::vector<std::vector<u8>> PicturesOf(const std::string& text) {
     pictures.push_back(picture.bytes);
   }
   return pictures;
+}
+
+// The stream again, after reading and writing.
+std::string WrittenAgain(const std::string& text, u32 eightBits = k2vuy) {
+  const PictureSource source = OpenY4mSource(InputOf(text), eightBits);
+  std::string written;
+  const PictureSink sink = OpenY4mSink(source.format, [&written](const u8* bytes, std::size_t size) {
+    written.append(reinterpret_cast<const char*>(bytes), size);
+  });
+  StoredPicture stored;
+  StoredPicture packed;
+  Picture picture;
+  while (source.fetch(stored)) {
+    source.unpack(stored, picture);
+    sink.pack(picture, packed);
+    sink.store(packed);
+  }
+  return written;
 }
 
 std::string Refusal(const std::string& text) {
@@ -55,22 +80,34 @@ TEST(Y4m, HeaderWithoutFramesHasNoPictures) {
   EXPECT_EQ(PicturesOf(kHeader).size(), 0u);
 }
 
+TEST(Y4m, EightBitsBecomeWideRangePairsWhereThatIsAskedFor) {
+  const std::string text = kHeader + "FRAME\n" + kPlanes;
+  EXPECT_EQ(OpenY4mSource(InputOf(text), kYuvu).format.pixelFormat, kYuvu);
+  EXPECT_EQ(PicturesOf(text, kYuvu).at(0), kRowOfYuvu);
+}
+
+TEST(Y4m, TenBitsBecomeWordsOfSixteen) {
+  const std::string text = kHeader10 + "FRAME\n" + kPlanes10;
+  EXPECT_EQ(OpenY4mSource(InputOf(text), kYuvu).format.pixelFormat, kV216);
+  EXPECT_EQ(PicturesOf(text).at(0), kRow10);
+}
+
 TEST(Y4m, WritingGivesTheSameBytesBack) {
   const std::string text = kHeader + "FRAME\n" + kPlanes + "FRAME\n" + kPlanes;
-  const PictureSource source = OpenY4mSource(InputOf(text));
-  std::string written;
-  const PictureSink sink = OpenY4mSink(source.format, [&written](const u8* bytes, std::size_t size) {
-    written.append(reinterpret_cast<const char*>(bytes), size);
-  });
-  StoredPicture stored;
-  StoredPicture packed;
-  Picture picture;
-  while (source.fetch(stored)) {
-    source.unpack(stored, picture);
-    sink.pack(picture, packed);
-    sink.store(packed);
+  EXPECT_EQ(WrittenAgain(text), text);
+  EXPECT_EQ(WrittenAgain(text, kYuvu), text);
+  const std::string text10 = kHeader10 + "FRAME\n" + kPlanes10 + "FRAME\n" + kPlanes10;
+  EXPECT_EQ(WrittenAgain(text10), text10);
+}
+
+TEST(Y4m, SampleOfMoreThanTenBitsIsRefusedWhereverItStands) {
+  for (std::size_t at = 1; at < kPlanes10.size(); at += 2) {
+    std::string planes = kPlanes10;
+    planes[at] = 4;
+    EXPECT_EQ(Refusal(kHeader10 + "FRAME\n" + kPlanes10 + "FRAME\n" + planes),
+              "a.y4m: frame 1 at byte 58: samples have more than 10 bits "
+              "(the stream is damaged, or tag C of its header is wrong)");
   }
-  EXPECT_EQ(written, text);
 }
 
 TEST(Y4m, EmptyInputIsSaidToBeEmpty) {

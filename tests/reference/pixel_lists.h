@@ -16,7 +16,8 @@ inline constexpr std::string_view kFromRGBA8bf[] = {
 inline constexpr std::string_view kFromRGB10bf[] = {
     "b64_", "L64_", "b48r", "F10k", "S10k", "F210", "yuvs", "2vuy", "v210", "Y216", "v216", "_r408",
     "_v408", "v410", "_V416", "VUY_", "_46L", "S210"};
-inline constexpr std::string_view kFromRGBA10bf[] = {"b64a", "L64A", "Ar408", "Av408", "AV416", "VUYA", "A46L"};
+inline constexpr std::string_view kFromRGBA10bf[] = {
+    "b64a", "L64A", "Ar408", "Av408", "AV416", "VUYA", "A46L"};
 
 // 8bf and 10bf have the same targets.
 inline constexpr std::string_view kToRgb[] = {

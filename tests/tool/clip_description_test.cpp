@@ -14,8 +14,16 @@ ClipFormat SomeClip(ScanOrder scan, picture_io::Ratio aspect) {
   return {picture_io::kYuvu, 720, 576, {25, 1}, scan, aspect};
 }
 
+container::SampleDescription Described(const ClipFormat& clip, u32 colourStandard = 0) {
+  return DescribeClip(clip, CodingOfClip(clip, VOREL_GENERIC, true, colourStandard, "clip"), 1);
+}
+
+ClipFormat ReadBack(const container::SampleDescription& description) {
+  return ClipOfDescription(description, {25, 1}, picture_io::kYuvu);
+}
+
 std::vector<u8> FieldBytes(ScanOrder scan) {
-  const container::SampleDescription description = DescribeClip(SomeClip(scan, {}), 1);
+  const container::SampleDescription description = Described(SomeClip(scan, {}));
   const container::Extension* const fields = FindExtension(description, container::kFieldOrderType);
   return fields == nullptr ? std::vector<u8>{} : fields->bytes;
 }
@@ -23,12 +31,12 @@ std::vector<u8> FieldBytes(ScanOrder scan) {
 }  // namespace
 
 TEST(ClipDescription, EveryScanAndAspectComesBack) {
-  for (const ScanOrder scan :
-       {ScanOrder::unknown, ScanOrder::progressive, ScanOrder::topFirst, ScanOrder::bottomFirst}) {
+  for (const ScanOrder scan : {ScanOrder::unknown, ScanOrder::progressive, ScanOrder::topFirst,
+                               ScanOrder::bottomFirst, ScanOrder::interlaced}) {
     for (const picture_io::Ratio aspect :
          {picture_io::Ratio{}, picture_io::Ratio{1, 1}, picture_io::Ratio{59, 54}}) {
       const ClipFormat clip = SomeClip(scan, aspect);
-      EXPECT_EQ(ClipOfDescription(DescribeClip(clip, 1), {25, 1}), clip);
+      EXPECT_EQ(ReadBack(Described(clip)), clip);
     }
   }
 }
@@ -38,20 +46,47 @@ TEST(ClipDescription, FieldsAreSaidOnlyWhenKnown) {
   EXPECT_EQ(FieldBytes(ScanOrder::progressive), (std::vector<u8>{1, 0}));
   EXPECT_EQ(FieldBytes(ScanOrder::topFirst), (std::vector<u8>{2, 9}));
   EXPECT_EQ(FieldBytes(ScanOrder::bottomFirst), (std::vector<u8>{2, 14}));
+  EXPECT_EQ(FieldBytes(ScanOrder::interlaced), (std::vector<u8>{2, 0}));
 }
 
 TEST(ClipDescription, TagFollowsTheScan) {
-  EXPECT_EQ(TagOfDescription(DescribeClip(SomeClip(ScanOrder::unknown, {}), 1)), 0x72596259u);
-  EXPECT_EQ(TagOfDescription(DescribeClip(SomeClip(ScanOrder::progressive, {}), 1)), 0x72596259u);
-  EXPECT_EQ(TagOfDescription(DescribeClip(SomeClip(ScanOrder::bottomFirst, {}), 1)), 0x72796259u);
+  EXPECT_EQ(TagOfDescription(Described(SomeClip(ScanOrder::unknown, {}))), 0x72596259u);
+  EXPECT_EQ(TagOfDescription(Described(SomeClip(ScanOrder::progressive, {}))), 0x72596259u);
+  EXPECT_EQ(TagOfDescription(Described(SomeClip(ScanOrder::bottomFirst, {}))), 0x72796259u);
+  EXPECT_EQ(TagOfDescription(Described(SomeClip(ScanOrder::interlaced, {}))), 0x72796259u);
 }
 
-TEST(ClipDescription, TemporalFieldOrdersOfOtherWritersAreRead) {
-  container::SampleDescription description = DescribeClip(SomeClip(ScanOrder::progressive, {}), 1);
-  SetExtension(description, container::MakeFieldOrder({2, 1}));
-  EXPECT_EQ(ClipOfDescription(description, {25, 1}).scan, ScanOrder::topFirst);
-  SetExtension(description, container::MakeFieldOrder({2, 6}));
-  EXPECT_EQ(ClipOfDescription(description, {25, 1}).scan, ScanOrder::bottomFirst);
+TEST(ClipDescription, CodecNameAndDepthFollowTheTag) {
+  ClipFormat clip = SomeClip(ScanOrder::progressive, {});
+  clip.pixelFormat = picture_io::kV210;
+  const container::SampleDescription plain = Described(clip);
+  EXPECT_EQ(plain.cType, FourCharacterCode("Vrl6"));
+  EXPECT_EQ(plain.name, "Vorel Y'CbCr 10bv 4:2:2p");
+  EXPECT_EQ(plain.depth, 24);
+  clip.pixelFormat = FourCharacterCode("BGRA");
+  const FrameCoding withAlpha = CodingOfClip(clip, VOREL_YCBCR_8BV_422, true, 0, "clip");
+  EXPECT_EQ(DescribeClip(clip, withAlpha, 1).cType, FourCharacterCode("Vrl3"));
+  EXPECT_EQ(DescribeClip(clip, withAlpha, 1).depth, 32);
+  const FrameCoding withoutAlpha = CodingOfClip(clip, VOREL_YCBCR_8BV_422, false, 0, "clip");
+  EXPECT_EQ(DescribeClip(clip, withoutAlpha, 1).depth, 24);
+}
+
+TEST(ClipDescription, ColourStandardIsAlwaysSaid) {
+  const container::Extension* const colour =
+      FindExtension(Described(SomeClip(ScanOrder::progressive, {}), 2), FourCharacterCode("colr"));
+  ASSERT_NE(colour, nullptr);
+  EXPECT_EQ(colour->bytes, (std::vector<u8>{'n', 'c', 'l', 'c', 0, 6, 0, 7, 0, 7}));
+}
+
+TEST(ClipDescription, FieldOrdersOfOtherWritersAreRead) {
+  container::SampleDescription description = Described(SomeClip(ScanOrder::progressive, {}));
+  const auto scanOf = [&description](u8 detail) {
+    SetExtension(description, container::MakeFieldOrder({2, detail}));
+    return ReadBack(description).scan;
+  };
+  EXPECT_EQ(scanOf(1), ScanOrder::topFirst);
+  EXPECT_EQ(scanOf(6), ScanOrder::bottomFirst);
+  EXPECT_EQ(scanOf(77), ScanOrder::interlaced);
 }
 
 TEST(ClipDescription, CodecsOfTheFamilyAreKnown) {

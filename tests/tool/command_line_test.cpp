@@ -12,7 +12,7 @@ TEST(CommandLine, VersionAndHelpAreGoodAndGoToStdout) {
   EXPECT_EQ(version.out, "vorel 2.6.7\n");
   const Outcome help = RunVorel(folder, {"--help"});
   EXPECT_EQ(help.status, 0);
-  for (const char* const command : {"encode", "decode", "verify", "info"}) {
+  for (const char* const command : {"encode", "decode", "verify", "info", "formats"}) {
     EXPECT_NE(help.out.find(command), std::string::npos);
     const Outcome own = RunVorel(folder, {command, "--help"});
     EXPECT_EQ(own.status, 0);
@@ -34,17 +34,24 @@ TEST(CommandLine, WhatCannotBeMeantHasStatusTwoAndMakesNothing) {
       {"encode", "-j", "many", "a.y4m"},
       {"encode", "-j", "5000", "a.y4m"},
       {"encode", "--pixel-format", "yuvu", "a.yuv"},
-      {"encode", "--pixel-format", "2vuy", "--size", "2x2", "a.yuv"},
+      {"encode", "--pixel-format", "2VUY", "--size", "2x2", "a.yuv"},
+      {"encode", "--codec", "ycbcr", "a.y4m"},
+      {"encode", "--alpha", "some", "a.y4m"},
+      {"encode", "--standard", "secam", "a.y4m"},
       {"encode", "--size", "2x2", "a.yuv"},
       {"encode", "--pixel-format", "yuvu", "--size", "0x2", "a.yuv"},
       {"encode", "--pixel-format", "yuvu", "--size", "2x2", "--rate", "0", "a.yuv"},
       {"encode", "--scan", "sideways", "a.y4m"},
       {"encode", "a.mov"},
       {"decode", "--format", "png", "a.mov"},
+      {"decode", "--pixel-format", "rgb", "a.mov"},
+      {"decode", "--pixel-format", "v210", "--format", "y4m", "a.mov"},
+      {"decode", "--pixel-format", "32", "a.mov", "-o", "a.y4m"},
       {"decode", "-"},
       {"verify", "a.mov", "b.mov", "--against", "a.y4m"},
       {"verify", "-", "--against", "-"},
       {"info", "--xml", "a.mov"},
+      {"formats", "v210"},
   };
   const TestFolder folder;
   for (const std::vector<std::string>& line : lines) {
@@ -58,13 +65,17 @@ TEST(CommandLine, WhatCannotBeMeantHasStatusTwoAndMakesNothing) {
   EXPECT_EQ(FilesIn(folder), "");
 }
 
-TEST(CommandLine, PixelFormatsThatAreNotHandledAreRefusedByName) {
+TEST(CommandLine, WhatIsNoPixelFormatIsRefusedByName) {
   const TestFolder folder;
-  const Outcome outcome =
-      RunVorel(folder, {"encode", "--pixel-format", "v210", "--size", "2x2", "--rate", "25", "a.yuv"});
-  EXPECT_NE(outcome.err.find("\"v210\" is not a pixel format that is handled: only yuvu is for now"),
-            std::string::npos)
-      << outcome.err;
+  for (const char* const name : {"V210", "v21", "v2100", "33", "", "R10k", "r210"}) {
+    const Outcome outcome =
+        RunVorel(folder, {"encode", "--pixel-format", name, "--size", "2x2", "--rate", "25", "a.yuv"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(
+        outcome.err.find(std::string("\"") + name + "\" is not a pixel format: vorel formats lists them"),
+        std::string::npos)
+        << outcome.err;
+  }
 }
 
 }  // namespace vorel::tool

@@ -11,10 +11,10 @@ namespace vorel::tool {
 namespace {
 
 // Encodes and decodes a Y4M clip and compares.
-void ExpectSameBack(const std::string& clip) {
+void ExpectSameBack(const std::string& clip, const std::string& codec = "auto") {
   const TestFolder folder;
   WriteFile(folder, "clip.y4m", clip);
-  const Outcome encoded = RunVorel(folder, {"encode", "clip.y4m"});
+  const Outcome encoded = RunVorel(folder, {"encode", "--codec", codec, "clip.y4m"});
   ASSERT_EQ(encoded.status, 0) << encoded.err;
   const Outcome decoded = RunVorel(folder, {"decode", "clip.mov", "-o", "back.y4m"});
   ASSERT_EQ(decoded.status, 0) << decoded.err;
@@ -30,6 +30,19 @@ TEST(EncodeDecode, ProgressiveSampleComesBackByteForByte) {
 
 TEST(EncodeDecode, InterlacedSampleComesBackByteForByte) {
   ExpectSameBack(FileBytes(SamplePath("brook_640x360i_8.y4m")));
+}
+
+TEST(EncodeDecode, WideRangeFramesGiveTheSameClipsBack) {
+  ExpectSameBack(FileBytes(SamplePath("brook_640x360p_8.y4m")), "ycbcr-8bw-422");
+  ExpectSameBack(FileBytes(SamplePath("brook_640x360i_8.y4m")), "ycbcr-8bw-422");
+}
+
+TEST(EncodeDecode, TenBitsComeBackByteForByte) {
+  ExpectSameBack(NoiseClip10("YUV4MPEG2 W64 H48 F25:1 Ip A1:1 C422p10", 64 * 48 * 2, 3));
+  ExpectSameBack(NoiseClip10("YUV4MPEG2 W64 H48 F25:1 It A1:1 C422p10", 64 * 48 * 2, 3));
+  ExpectSameBack(NoiseClip10("YUV4MPEG2 W33 H17 F25:1 Ib A0:0 C422p10", (33 + 2 * 17) * 17, 2));
+  ExpectSameBack(NoiseClip10("YUV4MPEG2 W33 H17 F25:1 I? A0:0 C422p10", (33 + 2 * 17) * 17, 2),
+                 "ycbcr-10bv-422");
 }
 
 TEST(EncodeDecode, RealPicturesGetSmaller) {
@@ -121,15 +134,15 @@ TEST(EncodeDecode, MovieSaysWhatItsFramesAre) {
   const std::string clip = SamplePath("brook_640x360i_8.y4m");
   ASSERT_EQ(RunVorel(folder, {"encode", clip, "-o", "brook.mov"}).status, 0);
   const container::SampleDescription description = DescriptionOf(folder, "brook.mov");
-  EXPECT_EQ(description.cType, FourCharacterCode("Vrl4"));
-  EXPECT_EQ(description.name, "Vorel Y'CbCr 8bw 4:2:2i");
+  EXPECT_EQ(description.cType, FourCharacterCode("Vrl3"));
+  EXPECT_EQ(description.name, "Vorel Y'CbCr 8bv 4:2:2i");
   const container::Extension* const tag = FindExtension(description, FourCharacterCode("Kesp"));
   ASSERT_NE(tag, nullptr);
-  EXPECT_EQ(tag->bytes, (std::vector<u8>{'Y', 'b', 'y', 'r'}));
+  EXPECT_EQ(tag->bytes, (std::vector<u8>{'B', 'Y', 'R', 'y'}));
   const Frames frames = FramesOf(folder, "brook.mov");
   EXPECT_EQ(description.dataSize, frames.at(0).size());
   const std::string header(frames.at(0).begin(), frames.at(0).begin() + 20);
-  EXPECT_EQ(header, std::string("Vorl\r\n\0\n\xFFTamrickYbyr", 20));
+  EXPECT_EQ(header, std::string("Vorl\r\n\0\n\xFFTamrickBYRy", 20));
 }
 
 TEST(EncodeDecode, SeveralInputsEachGetTheirResult) {

@@ -12,17 +12,22 @@ namespace vorel::tool {
 
 namespace {
 
-picture_io::ClipFormat FormatOf(u32 width, u32 height) {
+picture_io::ClipFormat FormatOf(u32 width, u32 height, u32 pixelFormat = picture_io::k2vuy) {
   picture_io::ClipFormat format;
-  format.pixelFormat = picture_io::kYuvu;
+  format.pixelFormat = pixelFormat;
   format.width = width;
   format.height = height;
   return format;
 }
 
-picture_io::Picture NoisePicture(u32 width, u32 height) {
+FrameCoding CodingOf(const picture_io::Picture& picture) {
+  return CodingOfClip(FormatOf(picture.width, picture.height, picture.pixelFormat), VOREL_GENERIC, true,
+                      VOREL_COLOUR_601, "clip");
+}
+
+picture_io::Picture NoisePicture(u32 width, u32 height, u32 pixelFormat = picture_io::k2vuy) {
   picture_io::Picture picture;
-  ShapePicture(FormatOf(width, height), picture);
+  ShapePicture(FormatOf(width, height, pixelFormat), picture);
   const std::string noise = Noise(picture.bytes.size(), 5);
   picture.bytes.assign(noise.begin(), noise.end());
   return picture;
@@ -43,7 +48,7 @@ std::vector<u8> BytesOf(const FrameBuffer& buffer) {
 
 std::vector<u8> EncodedFresh(const picture_io::Picture& picture) {
   FrameBuffer buffer;
-  EncodeFrame(picture, false, buffer, "frame");
+  EncodeFrame(picture, CodingOf(picture), buffer, "frame");
   return BytesOf(buffer);
 }
 
@@ -51,7 +56,7 @@ std::string DecodeRefusal(const std::vector<u8>& frame, u32 width, u32 height) {
   picture_io::Picture picture;
   std::vector<u8> scratch;
   try {
-    DecodeFrame(frame, FormatOf(width, height), picture, scratch, "place");
+    DecodeFrame(frame, {FormatOf(width, height), VOREL_COLOUR_601}, picture, scratch, "place");
   } catch (const Problem& problem) {
     EXPECT_EQ(problem.where, "place");
     return problem.what;
@@ -66,8 +71,8 @@ TEST(FrameCoder, BufferUsedAgainEndsLikeAFreshOne) {
   for (const u32 width : {33u, 64u, 33u}) {
     for (const picture_io::Picture& picture : {NoisePicture(width, 20), FlatPicture(width, 20)}) {
       FrameBuffer fresh;
-      EncodeFrame(picture, false, fresh, "frame");
-      EncodeFrame(picture, false, buffer, "frame");
+      EncodeFrame(picture, CodingOf(picture), fresh, "frame");
+      EncodeFrame(picture, CodingOf(picture), buffer, "frame");
       EXPECT_EQ(buffer.bytes, fresh.bytes);
       EXPECT_EQ(buffer.words, fresh.words);
     }
@@ -77,11 +82,11 @@ TEST(FrameCoder, BufferUsedAgainEndsLikeAFreshOne) {
 TEST(FrameCoder, WordsBehindTheBitsAreZero) {
   for (const picture_io::Picture& picture : {NoisePicture(64, 20), FlatPicture(64, 20)}) {
     FrameBuffer buffer;
-    EncodeFrame(picture, false, buffer, "frame");
+    EncodeFrame(picture, CodingOf(picture), buffer, "frame");
     const std::vector<u8> frame = BytesOf(buffer);
     picture_io::Picture decoded;
     std::vector<u8> scratch;
-    const FrameEnd end = DecodeFrame(frame, FormatOf(64, 20), decoded, scratch, "frame");
+    const FrameEnd end = DecodeFrame(frame, {FormatOf(64, 20), VOREL_COLOUR_601}, decoded, scratch, "frame");
     EXPECT_EQ(decoded.bytes, picture.bytes);
     EXPECT_EQ(end.recordedBytes, frame.size());
     EXPECT_EQ(end.usedBytes + 20, frame.size());
@@ -107,22 +112,55 @@ TEST(FrameCoder, RefusalsSayWhatTheFrameIs) {
     StoreLittle32(&frame[16], WordOfBytes(tag));
     return DecodeRefusal(frame, 64, 20);
   };
-  EXPECT_EQ(withTag("Ybyr").substr(0, 14), "");
-  EXPECT_EQ(withTag("CA4p"), "frames of format Y'CbCrA 10bv 4:4:4:4p (tag \"CA4p\") are not handled for now");
-  EXPECT_EQ(withTag("\xA2YRY"),
-            "frames of format Y'CbCr 10bv 4:2:2p (tag \"\\xA2YRY\") are not handled for now");
+  EXPECT_EQ(withTag("YbYr"),
+            "frames of format Y'CbCr 8bw 4:2:2p (tag \"YbYr\") do not come as '2vuy' pictures");
   EXPECT_EQ(withTag("what"), "the frame's format tag \"what\" is unknown");
   frame = EncodedFresh(NoisePicture(64, 20));
   frame[9] ^= 1;
   EXPECT_EQ(DecodeRefusal(frame, 64, 20), "the frame's header is damaged");
   frame[0] = 'X';
   EXPECT_EQ(DecodeRefusal(frame, 64, 20), "not a VorelVideo frame");
+  StoreLittle32(&frame[16], WordOfBytes("what"));
+  EXPECT_EQ(DecodeRefusal(frame, 64, 20), "not a VorelVideo frame");
+}
+
+TEST(FrameCoder, FramesBelowTheSmallestOfTheirFormatAreCutShort) {
+  std::vector<u8> frame = EncodedFresh(NoisePicture(64, 20));
+  frame.resize(500);
+  const auto refusal = [&frame](const char(&tag)[5]) {
+    StoreLittle32(&frame[16], WordOfBytes(tag));
+    return DecodeRefusal(frame, 64, 20);
+  };
+  const std::string begin =
+      "the frame is cut short: it has 500 bytes, and no frame of this size has fewer than ";
+  EXPECT_EQ(refusal("ARGB"), begin + "663");  // 20 rows of 1 + 4 * 64 bits
+  EXPECT_EQ(refusal("CA2i"), begin + "503");  // 20 rows of 1 + 6 * 32 bits
 }
 
 TEST(FrameCoder, OtherSpellingOfTheTagDecodes) {
   std::vector<u8> frame = EncodedFresh(NoisePicture(64, 20));
-  StoreLittle32(&frame[16], WordOfBytes("rYbY"));
+  StoreLittle32(&frame[16], WordOfBytes("YRYB"));
   EXPECT_EQ(DecodeRefusal(frame, 64, 20), "");
+}
+
+TEST(FrameCoder, BuffersHoldTheBoundOfTheirFormat) {
+  // 20 rows of 32 pairs: a header bit, 4 bytes or 40 bits a pair; one attempt, one word, and 40 bytes more.
+  EXPECT_EQ(FrameBufferBytes(WordOfBytes("BYRY"), 64, 20), 3u + 20 * 32 * 4 + 32 * 8 + 4 + 40 + 1);
+  EXPECT_EQ(FrameBufferBytes(WordOfBytes("\xA2YRy"), 64, 20), 3u + 20 * 32 * 5 + 32 * 8 + 4 + 40 + 1);
+}
+
+TEST(FrameCoder, RefusalOfAPairNamesBothSides) {
+  const picture_io::Picture picture = NoisePicture(64, 20);
+  FrameCoding coding = CodingOf(picture);
+  coding.family = VOREL_YCBCR_8BW_422;
+  FrameBuffer buffer;
+  try {
+    EncodeFrame(picture, coding, buffer, "place");
+    FAIL();
+  } catch (const Problem& problem) {
+    EXPECT_EQ(problem.what,
+              "cannot encode: no routine makes frames of format Y'CbCr 8bv 4:2:2p from '2vuy' pictures");
+  }
 }
 
 TEST(FrameCoder, EveryStatusHasWords) {

@@ -26,18 +26,19 @@ TEST(Info, JsonHoldsWhatTheMovieSays) {
   EXPECT_NEAR(info["seconds"].get<double>(), 8 * 1001.0 / 24000, 0.002);
   ASSERT_EQ(info["tracks"].size(), 1u);
   EXPECT_EQ(info["tracks"][0]["kind"], "vide");
-  EXPECT_EQ(info["tracks"][0]["codec"], "Vrl4");
+  EXPECT_EQ(info["tracks"][0]["codec"], "Vrl3");
   const Json& video = info["video"];
   EXPECT_EQ(video["width"], 640);
   EXPECT_EQ(video["height"], 360);
   EXPECT_EQ(video["scan"], "progressive");
   EXPECT_EQ(video["pixelAspect"], "1:1");
-  EXPECT_EQ(video["tag"], "YbYr");
-  EXPECT_EQ(video["format"], "Y'CbCr 8bw 4:2:2p");
+  EXPECT_EQ(video["colourStandard"], "ntsc");
+  EXPECT_EQ(video["tag"], "BYRY");
+  EXPECT_EQ(video["format"], "Y'CbCr 8bv 4:2:2p");
   EXPECT_EQ(video["frames"], 8);
   EXPECT_EQ(video["rate"], "24000/1001");
   const Json& description = video["descriptions"][0];
-  EXPECT_EQ(description["codec"], "Vrl4");
+  EXPECT_EQ(description["codec"], "Vrl3");
   EXPECT_EQ(description["vendor"], "Vorl");
   EXPECT_EQ(description["depth"], 24);
   EXPECT_EQ(description["spatialQuality"], 1024);
@@ -45,8 +46,9 @@ TEST(Info, JsonHoldsWhatTheMovieSays) {
   EXPECT_EQ(description["horizontalResolution"], 72.0);
   EXPECT_EQ(description["frameCount"], 1);
   EXPECT_EQ(description["clutID"], -1);
-  const Json extensions = Json::parse(R"([{"type": "Kesp", "bytes": "59625972"},
+  const Json extensions = Json::parse(R"([{"type": "Kesp", "bytes": "42595259"},
                                           {"type": "fiel", "bytes": "0100"},
+                                          {"type": "colr", "bytes": "6e636c63000600010006"},
                                           {"type": "pasp", "bytes": "0000000100000001"}])");
   EXPECT_EQ(description["extensions"], extensions);
 }
@@ -78,7 +80,7 @@ TEST(Info, TextNamesTheSameThings) {
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   for (const char* const part :
        {"brook.mov\n", "640 x 360", "4 frames", "25 frames/s", "interlaced, top field first",
-        "Y'CbCr 8bw 4:2:2i", "tag 'Ybyr'", "'fiel' 0209", "'Vrl4'", "ratio"}) {
+        "Y'CbCr 8bv 4:2:2i", "tag 'BYRy'", "'fiel' 0209", "'Vrl3'", "ratio", "colour standard ntsc"}) {
     EXPECT_NE(outcome.out.find(part), std::string::npos) << part << "\n" << outcome.out;
   }
 }
@@ -100,12 +102,14 @@ TEST(Info, MovieOfAnotherCodecIsDescribedWithoutATag) {
   RemakeMovie(folder, "brook.mov", "other.mov", [](Frames& frames, auto& description) {
     description.cType = FourCharacterCode("abcd");
     RemoveExtension(description, FourCharacterCode("Kesp"));
+    RemoveExtension(description, FourCharacterCode("colr"));
     for (std::vector<u8>& frame : frames) frame.assign(1000, 7);
   });
   const Outcome outcome = RunVorel(folder, {"info", "--json", "other.mov"});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   const Json video = Json::parse(outcome.out)["video"];
   EXPECT_TRUE(video["tag"].is_null());
+  EXPECT_TRUE(video["colourStandard"].is_null());
   EXPECT_TRUE(video["ratio"].is_null());
   EXPECT_EQ(video["frames"], 8);
 }

@@ -95,7 +95,7 @@ TEST(Refusal, OtherChromaIsNamed) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err,
             "vorel: a.y4m: header: chroma C420jpeg is not handled\n"
-            "       only 4:2:2 with 8 bits (C422) is handled for now; convert the clip to it\n");
+            "       only 4:2:2 with 8 or 10 bits (C422, C422p10) is handled; convert the clip to it\n");
 }
 
 TEST(Refusal, OnePixelIsMoreThanItsFrameMayTake) {
@@ -157,15 +157,73 @@ TEST(Refusal, FirstBadFrameIsTheOneReportedWhateverTheThreads) {
   }
 }
 
-TEST(Refusal, FormatThatIsNotHandledIsNamed) {
+TEST(Refusal, FrameThatDoesNotComeAsSuchPicturesIsNamed) {
+  const TestFolder folder;
+  MakeBrook(folder);
+  RemakeMovie(folder, "brook.mov", "mixed.mov",
+              [](Frames& frames, auto&) { StoreLittle32(&frames.at(3).at(16), WordOfBytes("YbYr")); });
+  const Outcome outcome = RunVorel(folder, {"decode", "mixed.mov"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_TRUE(Contains(outcome.err, "mixed.mov: frame 3 at byte ")) << outcome.err;
+  EXPECT_TRUE(Contains(outcome.err,
+                       "frames of format Y'CbCr 8bw 4:2:2p (tag \"YbYr\") do not come as '2vuy' pictures\n"
+                       "       choose another pixel format with --pixel-format\n"))
+      << outcome.err;
+}
+
+TEST(Refusal, PicturesThatYuv4mpegCannotHoldAreNamed) {
   const TestFolder folder;
   MakeBrook(folder);
   RemakeMovie(folder, "brook.mov", "rgb.mov",
               [](Frames& frames, auto&) { StoreLittle32(&frames.at(0).at(16), WordOfBytes(" RGB")); });
   const Outcome outcome = RunVorel(folder, {"decode", "rgb.mov"});
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_TRUE(Contains(outcome.err, "frames of format RGB 8bf p (tag \" RGB\") are not handled for now"))
+  EXPECT_TRUE(Contains(outcome.err, "rgb.mov: YUV4MPEG2 files hold 4:2:2 pictures, these are RGB 8bf p\n"))
       << outcome.err;
+  EXPECT_EQ(FilesIn(folder), "brook.mov rgb.mov");
+}
+
+TEST(Refusal, PixelFormatThatIsOnlyWrittenIsSaidToBe) {
+  const TestFolder folder;
+  WriteFile(folder, "a.raw", Noise(64 * 8 * 2, 1));
+  for (const char* const name : {"L555", "L565"}) {
+    const Outcome outcome =
+        RunVorel(folder, {"encode", "--pixel-format", name, "--size", "64x8", "--rate", "25", "a.raw"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, std::string("vorel: a.raw: '") + name +
+                               "' is only written\n       choose one that is read too, such as 24 or BGRA\n");
+  }
+  EXPECT_EQ(FilesIn(folder), "a.raw");
+}
+
+TEST(Refusal, CodecWithoutFramesForThePicturesNamesThoseThatHaveThem) {
+  const TestFolder folder;
+  WriteFile(folder, "a.y4m", kClip);
+  const Outcome narrow = RunVorel(folder, {"encode", "--codec", "ycbcr-10bv-422", "a.y4m"});
+  EXPECT_EQ(narrow.status, 1);
+  EXPECT_EQ(narrow.err,
+            "vorel: a.y4m: codec ycbcr-10bv-422 has no frames for '2vuy' pictures\n"
+            "       choose another with --codec: auto, ycbcr-8bv-422\n");
+  WriteFile(folder, "b.raw", Noise(64 * 8 * 4, 1));
+  const Outcome generic =
+      RunVorel(folder, {"encode", "--pixel-format", "VUYA", "--size", "64x8", "--rate", "25", "b.raw"});
+  EXPECT_TRUE(Contains(generic.err,
+                       "b.raw: codec auto has no frames for 'VUYA' pictures\n"
+                       "       choose another with --codec: ycbcr-8bv-422, ycbcr-10bv-422"))
+      << generic.err;
+  EXPECT_EQ(FilesIn(folder), "a.y4m b.raw");
+}
+
+TEST(Refusal, TenBitSampleThatHasMoreIsNamed) {
+  const TestFolder folder;
+  std::string clip = NoiseClip10("YUV4MPEG2 W64 H2 F25:1 C422p10", 256, 2);
+  clip.back() = 4;
+  WriteFile(folder, "a.y4m", clip);
+  const Outcome outcome = RunVorel(folder, {"encode", "a.y4m"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_TRUE(Contains(outcome.err, "a.y4m: frame 1 at byte 549: samples have more than 10 bits"))
+      << outcome.err;
+  EXPECT_EQ(FilesIn(folder), "a.y4m");
 }
 
 TEST(Refusal, OtherCodecsAreNamed) {
@@ -176,11 +234,10 @@ TEST(Refusal, OtherCodecsAreNamed) {
                 [codec](Frames&, auto& description) { description.cType = codec; });
     return RunVorel(folder, {"decode", name}).err;
   };
-  EXPECT_TRUE(
-      Contains(withCodec("rgb.mov", FourCharacterCode("Vrl1")), "frames of codec 'Vrl1' are not handled"));
   EXPECT_TRUE(Contains(withCodec("other.mov", FourCharacterCode("abcd")),
                        "the video is of codec 'abcd', not VorelVideo"));
   EXPECT_EQ(withCodec("generic.mov", FourCharacterCode("Vrl0")).find("vorel:"), std::string::npos);
+  EXPECT_EQ(withCodec("sibling.mov", FourCharacterCode("Vrl1")).find("vorel:"), std::string::npos);
 }
 
 TEST(Refusal, ClaimOfAHugePictureWithASmallFrameIsRefusedAtOnce) {

@@ -145,4 +145,15 @@ std::string NoiseClip(const std::string& header, std::size_t pictureBytes, int f
   return clip;
 }
 
+std::string NoiseClip10(const std::string& header, std::size_t pictureSamples, int frames) {
+  std::string clip = header + "\n";
+  for (int frame = 0; frame < frames; ++frame) {
+    std::string words = Noise(2 * pictureSamples, static_cast<u32>(frame));
+    for (std::size_t high = 1; high < words.size(); high += 2)
+      words[high] = static_cast<char>(words[high] & 3);
+    clip += "FRAME\n" + words;
+  }
+  return clip;
+}
+
 }  // namespace vorel::tool

@@ -52,4 +52,7 @@ std::string Noise(std::size_t size, u32 seed);
 // A clip of noise with this header line and picture size in bytes.
 std::string NoiseClip(const std::string& header, std::size_t pictureBytes, int frames);
 
+// A clip of noise whose samples have 10 bits in words of 16.
+std::string NoiseClip10(const std::string& header, std::size_t pictureSamples, int frames);
+
 }  // namespace vorel::tool

@@ -1,0 +1,230 @@
+// Tables of names and choices; what a tag means is asked of the core.
+#include "tool/frame_format.h"
+
+#include <filesystem>
+
+#include "base/bytes.h"
+#include "base/problem.h"
+#include "frame/frame_tags.h"
+#include "frame/tag_rules.h"
+#include "vorel/pixel_formats.h"
+
+namespace vorel::tool {
+
+namespace {
+
+using picture_io::k2vuy;
+using picture_io::kV210;
+using picture_io::kV216;
+using picture_io::kYuvu;
+
+struct CodecRow {
+  const char* name;
+  VorelFamily family;
+  u32 subtype;  // of the frames that it makes; 0 for any
+};
+
+constexpr CodecRow kCodecs[] = {
+    {"auto", VOREL_GENERIC, 0},
+    {"ycbcr-8bv-422", VOREL_YCBCR_8BV_422, FourCharacterCode("Vrl3")},
+    {"ycbcr-10bv-422", VOREL_YCBCR_10BV_422, FourCharacterCode("Vrl6")},
+    {"ycbcr-8bw-422", VOREL_YCBCR_8BW_422, FourCharacterCode("Vrl4")},
+};
+
+struct OutputRow {
+  const FrameLayout* layout;
+  u32 raw;
+  u32 y4m;  // 0 for none: YUV4MPEG2 is 4:2:2 here
+};
+
+// Pictures that hold all that the frame holds, as far as there are any.
+constexpr OutputRow kOutputs[] = {
+    {&RGB10bf, FourCharacterCode("F10k"), 0},
+    {&RGBA10bf, FourCharacterCode("b64a"), 0},
+    {&RGB8bf, 24, 0},
+    {&RGBA8bf, 32, 0},
+    {&YCbCr10bv444, FourCharacterCode("v410"), 0},
+    {&YCbCrA10bv4444, FourCharacterCode("V416"), 0},
+    {&YCbCr8bv444, FourCharacterCode("v408"), 0},
+    {&YCbCrA8bv4444, FourCharacterCode("v408"), 0},
+    {&YCbCr8bu444, FourCharacterCode("r408"), 0},
+    {&YCbCrA8bu4444, FourCharacterCode("r408"), 0},
+    {&YCbCr10bv422, kV210, kV216},
+    {&YCbCrA10bv4224, FourCharacterCode("V416"), kV216},
+    {&YCbCr8bv422, k2vuy, k2vuy},
+    {&YCbCrA8bv4224, FourCharacterCode("v408"), k2vuy},
+    {&YCbCr8bw422, kYuvu, kYuvu},
+};
+
+// What stands for frames that nothing is known of; they are refused when they come.
+constexpr OutputRow kUnknownOutput = {nullptr, k2vuy, k2vuy};
+
+const OutputRow& OutputOfTag(u32 tag) {
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  for (const OutputRow& row : kOutputs) {
+    if (row.layout == layout) return row;
+  }
+  return kUnknownOutput;
+}
+
+bool MakesOwnFrames(const CodecRow& codec, u32 tag) {
+  return tag != 0 && (codec.subtype == 0 || FamilyOfTag(tag) == codec.subtype);
+}
+
+const CodecRow& RowOfFamily(VorelFamily family) {
+  for (const CodecRow& row : kCodecs) {
+    if (row.family == family) return row;
+  }
+  return kCodecs[0];
+}
+
+void AddPart(std::string& list, const std::string& part) {
+  list += (list.empty() ? "" : ", ") + part;
+}
+
+void AddDroppedBits(std::string& list, u32 had, u32 kept) {
+  if (had <= kept) return;
+  AddPart(list,
+          "the lower " + std::to_string(had - kept) + " of " + std::to_string(had) + " bits of a sample");
+}
+
+// Advice where a codec doesn't take a pixel format: those that do.
+Problem NotTaken(const CodecRow& codec, u32 pixelFormat, const std::string& name) {
+  const std::string pictures = "'" + PixelFormatName(pixelFormat) + "'";
+  std::string others;
+  for (const CodecRow& row : kCodecs) {
+    if (!MakesOwnFrames(row, ChooseTag(row.family, pixelFormat, 0))) continue;
+    AddPart(others, row.name);
+  }
+  if (others.empty())
+    return {pictures + " is only written", name, "choose one that is read too, such as 24 or BGRA"};
+  return {std::string("codec ") + codec.name + " has no frames for " + pictures + " pictures", name,
+          "choose another with --codec: " + others};
+}
+
+}  // namespace
+
+std::optional<u32> PixelFormatOfName(const std::string& name) {
+  std::size_t count = 0;
+  const VorelPixelFormatInfo* const formats = VorelPixelFormatList(&count);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (name == formats[i].name) return formats[i].code;
+  }
+  return std::nullopt;
+}
+
+std::string PixelFormatName(u32 pixelFormat) {
+  const VorelPixelFormatInfo* const format = VorelFindPixelFormat(pixelFormat);
+  return format == nullptr ? "" : format->name;
+}
+
+std::optional<u32> PixelFormatOfEnding(const std::string& path) {
+  constexpr std::size_t kDotAndFour = 5;
+  const std::string ending = std::filesystem::path(path).extension().string();
+  if (ending.size() != kDotAndFour) return std::nullopt;
+  return PixelFormatOfName(ending.substr(1));
+}
+
+bool ReadCodec(const std::string& name, VorelFamily& family) {
+  for (const CodecRow& row : kCodecs) {
+    if (name != row.name) continue;
+    family = row.family;
+    return true;
+  }
+  return false;
+}
+
+std::string CodecNames() {
+  std::string names;
+  for (const CodecRow& row : kCodecs) AddPart(names, row.name);
+  return names;
+}
+
+FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily family, bool keepAlpha,
+                         u32 colourStandard, const std::string& name) {
+  u32 formatChoice = 0;
+  if (keepAlpha) formatChoice |= VOREL_KEEP_ALPHA;
+  if (IsInterlaced(format.scan)) formatChoice |= VOREL_INTERLACED;
+  const u32 tag = ChooseTag(family, format.pixelFormat, formatChoice);
+  const CodecRow& codec = RowOfFamily(family);
+  if (!MakesOwnFrames(codec, tag)) throw NotTaken(codec, format.pixelFormat, name);
+  return {family, formatChoice, colourStandard, tag};
+}
+
+std::string UnkeptOfPictures(u32 pixelFormat, u32 sampleBits, u32 tag) {
+  const VorelPixelFormatInfo* const pixels = VorelFindPixelFormat(pixelFormat);
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  if (pixels == nullptr || layout == nullptr) return "";
+  const FrameLayout* const natural = LayoutOfTag(ChooseTag(VOREL_GENERIC, pixelFormat, 0)).layout;
+  std::string unkept;
+  if (natural != nullptr && natural->samples.model != layout->samples.model) {
+    const bool isRgb = natural->samples.model == ColourModel::rgb;
+    AddPart(unkept, isRgb ? "R'G'B' (it becomes Y'CbCr)" : "Y'CbCr (it becomes R'G'B')");
+  }
+  AddDroppedBits(unkept, sampleBits, layout->samples.bits);
+  if (pixels->unitPixels == 1 && layout->samples.unit == Unit::pair)
+    AddPart(unkept, "the chroma of every pixel");
+  if (pixels->hasAlpha != 0 && !layout->samples.alpha) AddPart(unkept, "alpha");
+  return unkept;
+}
+
+std::string UnkeptOfFrames(u32 tag, u32 pixelFormat) {
+  const VorelPixelFormatInfo* const pixels = VorelFindPixelFormat(pixelFormat);
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  if (pixels == nullptr || layout == nullptr) return "";
+  std::string unkept;
+  AddDroppedBits(unkept, layout->samples.bits, pixels->sampleBits);
+  if (layout->samples.unit == Unit::pixel && pixels->unitPixels > 1)
+    AddPart(unkept, "the chroma of every pixel");
+  if (layout->samples.alpha && pixels->hasAlpha == 0) AddPart(unkept, "alpha");
+  return unkept;
+}
+
+u32 RawFormatOfTag(u32 tag) {
+  return OutputOfTag(tag).raw;
+}
+
+u32 Y4mFormatOfTag(u32 tag) {
+  return OutputOfTag(tag).y4m;
+}
+
+u32 EightBitFormatOfTag(u32 tag) {
+  return Y4mFormatOfTag(tag) == kYuvu ? kYuvu : k2vuy;
+}
+
+std::string TagText(u32 tag) {
+  std::string text;
+  for (int shift = 0; shift < 32; shift += 8) {
+    const unsigned byte = tag >> shift & 0xFF;
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    if (byte >= ' ' && byte <= '~') {
+      text += static_cast<char>(byte);
+    } else {
+      text += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+  }
+  return text;
+}
+
+std::string FormatNameOfTag(u32 tag) {
+  const TaggedLayout tagged = LayoutOfTag(tag);
+  return tagged.layout == nullptr ? ""
+                                  : tagged.layout->shownName[static_cast<std::size_t>(Index(tagged.scan))];
+}
+
+u32 CodecOfTag(u32 tag) {
+  return FamilyOfTag(tag);
+}
+
+bool TagHasAlpha(u32 tag) {
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  return layout != nullptr && layout->samples.alpha;
+}
+
+u32 PixelBitsOfTag(u32 tag) {
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  if (layout == nullptr) return 0;
+  return layout->samples.unit == Unit::pair ? RawBitsPerUnit(*layout) / 2 : RawBitsPerUnit(*layout);
+}
+
+}  // namespace vorel::tool
