@@ -29,6 +29,10 @@ constexpr CodecRow kCodecs[] = {
     {"ycbcr-8bv-422", VOREL_YCBCR_8BV_422, FourCharacterCode("Vrl3")},
     {"ycbcr-10bv-422", VOREL_YCBCR_10BV_422, FourCharacterCode("Vrl6")},
     {"ycbcr-8bw-422", VOREL_YCBCR_8BW_422, FourCharacterCode("Vrl4")},
+    {"ycbcr-8b-444", VOREL_YCBCR_8B_444, FourCharacterCode("Vrl2")},
+    {"ycbcr-10bv-444", VOREL_YCBCR_10BV_444, FourCharacterCode("Vrl5")},
+    {"rgb-8bf", VOREL_RGB_8BF, FourCharacterCode("Vrl1")},
+    {"rgb-10bf", VOREL_RGB_10BF, FourCharacterCode("Vrl7")},
 };
 
 struct OutputRow {

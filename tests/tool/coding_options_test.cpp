@@ -60,6 +60,13 @@ TEST(CodingOptions, CodecOptionChoosesTheFrames) {
   EXPECT_EQ(tagOf("v210", "ycbcr-8bv-422"), "BYRY");
   EXPECT_EQ(tagOf("24", "ycbcr-10bv-422"), "\xA2YRY");
   EXPECT_EQ(tagOf("yuvu", "ycbcr-8bw-422"), "YbYr");
+  EXPECT_EQ(tagOf("24", "rgb-8bf"), " RGB");
+  EXPECT_EQ(tagOf("b64a", "rgb-8bf"), "ARGB");
+  EXPECT_EQ(tagOf("b64a", "rgb-10bf"), "ARGX");
+  EXPECT_EQ(tagOf("24", "ycbcr-8b-444"), " YbR");
+  EXPECT_EQ(tagOf("v410", "ycbcr-8b-444"), " YBR");
+  EXPECT_EQ(tagOf("24", "ycbcr-10bv-444"), "YBR\n");
+  EXPECT_EQ(tagOf("b64a", "ycbcr-10bv-444"), "CA4p");
 }
 
 TEST(CodingOptions, DroppedBitsAreSaidAndFoundByVerify) {

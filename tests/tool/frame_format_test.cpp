@@ -68,10 +68,10 @@ TEST(CodingOfClip, TagFollowsCodecScanAndAlpha) {
 TEST(CodingOfClip, FramesOfAnotherFamilyAreRefused) {
   EXPECT_EQ(Refusal(kCode("2vuy"), VOREL_YCBCR_10BV_422),
             "codec ycbcr-10bv-422 has no frames for '2vuy' pictures "
-            "(choose another with --codec: auto, ycbcr-8bv-422)");
+            "(choose another with --codec: auto, ycbcr-8bv-422, rgb-8bf, rgb-10bf)");
   EXPECT_EQ(Refusal(kCode("2vuy"), VOREL_YCBCR_8BW_422),
             "codec ycbcr-8bw-422 has no frames for '2vuy' pictures "
-            "(choose another with --codec: auto, ycbcr-8bv-422)");
+            "(choose another with --codec: auto, ycbcr-8bv-422, rgb-8bf, rgb-10bf)");
   EXPECT_EQ(Refusal(kCode("yuvu"), VOREL_YCBCR_8BV_422),
             "codec ycbcr-8bv-422 has no frames for 'yuvu' pictures "
             "(choose another with --codec: auto, ycbcr-8bw-422)");

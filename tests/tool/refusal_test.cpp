@@ -203,13 +203,14 @@ TEST(Refusal, CodecWithoutFramesForThePicturesNamesThoseThatHaveThem) {
   EXPECT_EQ(narrow.status, 1);
   EXPECT_EQ(narrow.err,
             "vorel: a.y4m: codec ycbcr-10bv-422 has no frames for '2vuy' pictures\n"
-            "       choose another with --codec: auto, ycbcr-8bv-422\n");
+            "       choose another with --codec: auto, ycbcr-8bv-422, rgb-8bf, rgb-10bf\n");
   WriteFile(folder, "b.raw", Noise(64 * 8 * 4, 1));
   const Outcome generic =
       RunVorel(folder, {"encode", "--pixel-format", "VUYA", "--size", "64x8", "--rate", "25", "b.raw"});
-  EXPECT_TRUE(Contains(generic.err,
-                       "b.raw: codec auto has no frames for 'VUYA' pictures\n"
-                       "       choose another with --codec: ycbcr-8bv-422, ycbcr-10bv-422"))
+  EXPECT_TRUE(Contains(
+      generic.err,
+      "b.raw: codec auto has no frames for 'VUYA' pictures\n"
+      "       choose another with --codec: ycbcr-8bv-422, ycbcr-10bv-422, ycbcr-8b-444, rgb-8bf, rgb-10bf"))
       << generic.err;
   EXPECT_EQ(FilesIn(folder), "a.y4m b.raw");
 }
