@@ -1,11 +1,11 @@
 // The row loop of a decoder for any frame layout, from frame to picture. It knows samples; pixel formats begin in
 // the function that drains a strip.
 #pragma once
-#include "codec/frame_limits.h"
 #include "codec/row_buffer.h"
 #include "codec/strip_rebuild.h"
 #include "entropy/symbol_coder.h"
 #include "frame/argument_check.h"
+#include "frame/frame_limits.h"
 #include "frame/row_walk.h"
 #include "pixel/conversion.h"
 

@@ -1,10 +1,10 @@
 // The row loop of an encoder for any frame layout, from picture to frame. It knows samples; pixel formats end in
 // the function that fills a strip.
 #pragma once
-#include "codec/frame_limits.h"
 #include "codec/strip_symbols.h"
 #include "entropy/symbol_coder.h"
 #include "frame/argument_check.h"
+#include "frame/frame_limits.h"
 #include "frame/row_walk.h"
 #include "pixel/conversion.h"
 

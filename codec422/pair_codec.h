@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <array>
 
-#include "codec/frame_limits.h"
 #include "codec422/pair_prediction.h"
 #include "codec422/pair_rebuild.h"
 #include "entropy/row_codes.h"
 #include "entropy/symbol_coder.h"
+#include "frame/frame_limits.h"
 #include "frame/row_walk.h"
 #include "pixel/pair_strip.h"
 

@@ -5,10 +5,10 @@
 // samples are reduced. Every row stands alone: it starts from the start values, reduced. Raw fields have 8 - s
 // bits, none from s = 8 on. Samples are put back by a shift of the whole pair, so that one which is too large for
 // the reduced range spills into the next byte: that is how it stands.
-#include "codec/frame_limits.h"
 #include "entropy/row_codes.h"
 #include "entropy/symbol_coder.h"
 #include "frame/argument_check.h"
+#include "frame/frame_limits.h"
 #include "frame/member_macros.h"
 #include "frame/row_walk.h"
 #include "pixel/pixel_layout.h"
