@@ -72,8 +72,8 @@ TEST(ClipDescription, CodecNameAndDepthFollowTheTag) {
 }
 
 TEST(ClipDescription, ColourStandardIsAlwaysSaid) {
-  const container::Extension* const colour =
-      FindExtension(Described(SomeClip(ScanOrder::progressive, {}), 2), FourCharacterCode("colr"));
+  const container::SampleDescription description = Described(SomeClip(ScanOrder::progressive, {}), 2);
+  const container::Extension* const colour = FindExtension(description, FourCharacterCode("colr"));
   ASSERT_NE(colour, nullptr);
   EXPECT_EQ(colour->bytes, (std::vector<u8>{'n', 'c', 'l', 'c', 0, 6, 0, 7, 0, 7}));
 }
