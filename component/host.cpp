@@ -1,0 +1,7 @@
+#include "component/host.h"
+
+namespace vorel::component {
+
+const HostOperations* Host = nullptr;
+
+}  // namespace vorel::component
