@@ -86,6 +86,10 @@ HeaderWords LoadHeader(const u8* frame, std::size_t readableBytes) {
   return header;
 }
 
+bool AcceptsSignature(const FamilyRow& row, const HeaderWords& header) {
+  return row.readsBothSignatures ? IsReadableSignature(header) : IsWrittenSignature(header);
+}
+
 // Makes the frame pointer a multiple of 4, and lets the cursor skip the bytes that come in so. The last step
 // moves backward; it looks wrong and is required, and with the bit cursor at 0 it is never reached. A bit
 // cursor of exactly 32 stays.
@@ -110,6 +114,18 @@ void AlignFrame(FrameCall& call, std::size_t readableBytes) {
 
 }  // namespace
 
+bool HasSignature(VorelFamily family, const u8* frame, std::size_t readableBytes) {
+  if (family >= std::size(kFamilies) || frame == nullptr || readableBytes < VOREL_FRAME_HEADER_BYTES)
+    return false;
+  return AcceptsSignature(kFamilies[family], LoadHeader(frame, readableBytes));
+}
+
+void WriteHeader(u32 tag, u8* frame) {
+  for (std::size_t i = 0; i < kWrittenSignature.size(); ++i)
+    StoreLittle32(frame + 4 * i, kWrittenSignature[i]);
+  StoreLittle32(frame + 16, tag);
+}
+
 Status DecodeLenient(VorelFamily family, u32 pixelFormat, FrameCall call, std::size_t readableBytes,
                      u32 flags) {
   if (family >= std::size(kFamilies)) return Status::noRoutine;
@@ -118,8 +134,7 @@ Status DecodeLenient(VorelFamily family, u32 pixelFormat, FrameCall call, std::s
   if (!aligned && call.bitCursor == nullptr) return Status::bitCursorMissing;
   const FamilyRow& row = kFamilies[family];
   const HeaderWords header = LoadHeader(call.frame, readableBytes);
-  const bool signatureFits =
-      row.readsBothSignatures ? IsReadableSignature(header) : IsWrittenSignature(header);
+  const bool signatureFits = AcceptsSignature(row, header);
   const u32 tag = NormalizeFormatTag(header[4]);
   AlignFrame(call, readableBytes);
   if (!signatureFits) return Status::noRoutine;
@@ -145,10 +160,7 @@ Status Encode(VorelFamily family, u32 pixelFormat, u32 formatChoice, const Frame
   const u32 tag = ChooseTag(family, pixelFormat, formatChoice);
   if (tag == 0) return Status::noRoutine;
   if (const Status status = CheckPointers(call); status != Status::complete) return status;
-  u8* header = call.frame + std::size_t{WordCursor(call)} * 4;
-  for (std::size_t i = 0; i < kWrittenSignature.size(); ++i)
-    StoreLittle32(header + 4 * i, kWrittenSignature[i]);
-  StoreLittle32(header + 16, tag);
+  WriteHeader(tag, call.frame + std::size_t{WordCursor(call)} * 4);
   SkipHeader(call);
   if (kFamilies[family].encodeWithheld == pixelFormat) return Status::noRoutine;
   return RunRoutine(Direction::encode, pixelFormat, tag, call, flags);

@@ -15,6 +15,11 @@ Status DecodeLenient(VorelFamily family, u32 pixelFormat, FrameCall call, std::s
 // knows RGB sources alone.
 Status DecodeStrict(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags);
 
+// Whether these bytes begin with a signature that the family's decoder accepts.
+bool HasSignature(VorelFamily family, const u8* frame, std::size_t readableBytes);
+
+void WriteHeader(u32 tag, u8* frame);
+
 Status Encode(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags);
 
 }  // namespace vorel

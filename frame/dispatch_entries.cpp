@@ -1,9 +1,10 @@
 // The exported functions that are not frame routines: eight each of lenient decode, encode and strict decode,
-// the bounded decode and the sizes.
+// the bounded decode, sizes, tags and headers.
 #include "frame/dispatch.h"
 #include "frame/frame_bounds.h"
 #include "frame/frame_tags.h"
 #include "frame/member_macros.h"
+#include "frame/tag_rules.h"
 
 namespace {
 
@@ -81,6 +82,22 @@ uint32_t VorelMaxFrameBytes(uint32_t tag, uint32_t width, uint32_t height) {
 
 uint32_t VorelNormalizeFormatTag(uint32_t word) {
   return vorel::NormalizeFormatTag(word);
+}
+
+uint32_t VorelChooseFormatTag(VorelFamily family, uint32_t pixelFormat, uint32_t formatChoice) {
+  return vorel::ChooseTag(family, pixelFormat, formatChoice);
+}
+
+uint32_t VorelSubtypeOfTag(uint32_t tag) {
+  return vorel::FamilyOfTag(tag);
+}
+
+int VorelHasFrameSignature(VorelFamily family, const void* frame, size_t readableBytes) {
+  return vorel::HasSignature(family, Writable<vorel::u8>(frame), readableBytes) ? 1 : 0;
+}
+
+void VorelWriteFrameHeader(uint32_t tag, void* frame) {
+  vorel::WriteHeader(tag, Writable<vorel::u8>(frame));
 }
 
 uint32_t VorelScratchBytes(uint32_t width) {

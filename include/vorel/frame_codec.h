@@ -88,6 +88,28 @@ VOREL_API uint32_t VorelMaxFrameBytes(uint32_t tag, uint32_t width, uint32_t hei
 /* The canonical tag for any accepted spelling of it; every other word comes back unchanged. */
 VOREL_API uint32_t VorelNormalizeFormatTag(uint32_t word);
 
+/* The canonical tag that an encoder chooses for a picture, or 0 if its rule does not know the pixel format. A
+ * family's rule may name a tag of another family: VorelSubtypeOfTag tells.
+ *
+ * family          whose rule, VOREL_GENERIC for the one that goes by the pixel format alone
+ * formatChoice    VOREL_KEEP_ALPHA and VOREL_INTERLACED, or 0; alpha counts where the pixel format has a place
+ *                 for it and the rule a tag
+ */
+VOREL_API uint32_t VorelChooseFormatTag(VorelFamily family, uint32_t pixelFormat, uint32_t formatChoice);
+
+/* The component subtype of the family that a canonical tag belongs to, 'Vrl1' (0x56726C31) to 'Vrl7'; 0 for
+ * every other word.
+ */
+VOREL_API uint32_t VorelSubtypeOfTag(uint32_t tag);
+
+/* 1 if these bytes begin with a signature that the family's decoder accepts, otherwise 0. `frame` may have
+ * any address; fewer than 20 readable bytes hold no header.
+ */
+VOREL_API int VorelHasFrameSignature(VorelFamily family, const void* frame, size_t readableBytes);
+
+/* Writes the header that encoders write, with this tag: 20 bytes at any address. */
+VOREL_API void VorelWriteFrameHeader(uint32_t tag, void* frame);
+
 /* Bytes of row buffer that serve every frame of this width in pixels, in a block that is 4-byte aligned. */
 VOREL_API uint32_t VorelScratchBytes(uint32_t width);
 
