@@ -104,4 +104,8 @@ uint32_t VorelScratchBytes(uint32_t width) {
   return vorel::RowStoreBytes(width);
 }
 
+uint32_t VorelRowStoreBytes(uint32_t tag, uint32_t width) {
+  return vorel::RowStoreBytesOfTag(tag, width);
+}
+
 }  // extern "C"

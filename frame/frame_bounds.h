@@ -21,6 +21,9 @@ constexpr u32 MaxFrameBytes(const FrameLayout& layout, u32 width, u32 height) {
 // The same by tag; 0 for a word that is not a canonical tag.
 u32 MaxFrameBytesOfTag(u32 tag, u32 width, u32 height);
 
+// The row buffer that a decoder of frames with this tag needs; 0 for a word that is not a canonical tag.
+u32 RowStoreBytesOfTag(u32 tag, u32 width);
+
 // The largest row buffer that a decoder of any layout needs for a width in pixels, without room for
 // alignment.
 u32 RowStoreBytes(u32 width);

@@ -113,6 +113,11 @@ VOREL_API void VorelWriteFrameHeader(uint32_t tag, void* frame);
 /* Bytes of row buffer that serve every frame of this width in pixels, in a block that is 4-byte aligned. */
 VOREL_API uint32_t VorelScratchBytes(uint32_t width);
 
+/* The same for frames of one canonical tag, without room to align the block; 0 for every other word. Frames
+ * of an interlaced tag need none and are told as their progressive twins.
+ */
+VOREL_API uint32_t VorelRowStoreBytes(uint32_t tag, uint32_t width);
+
 /* The widest picture, in pixels, that VorelDecodeBounded takes. */
 enum { VOREL_MOST_BOUNDED_WIDTH = 1 << 24 };
 

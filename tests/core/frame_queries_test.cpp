@@ -72,5 +72,26 @@ TEST(FrameQueries, RulesOfFamiliesMayNameForeignTags) {
   EXPECT_EQ(VorelChooseFormatTag(VOREL_YCBCR_8BW_422 + 1, yuvs, 0), 0u);
 }
 
+// Hand-worked for 721 and 1920 pixels.
+TEST(FrameQueries, RowStoresOfTags) {
+  const struct {
+    u32 tag;
+    u32 at721;
+    u32 at1920;
+  } rows[] = {
+      {WordOfBytes("RGBX"), 5792, 15384}, {WordOfBytes("ArGX"), 5792, 15384},
+      {WordOfBytes(" RGB"), 2896, 7692},  {WordOfBytes("ARGB"), 2896, 7692},
+      {WordOfBytes("YBR\n"), 2896, 7692}, {WordOfBytes("CA4p"), 5792, 15384},
+      {WordOfBytes("AYbR"), 2896, 7692},  {WordOfBytes("\xA2YRY"), 2904, 7704},
+      {WordOfBytes("CA2i"), 4356, 11556}, {WordOfBytes("BYRY"), 1452, 3852},
+      {WordOfBytes("C82p"), 2178, 5778},  {WordOfBytes("Ybyr"), 1456, 3852},
+      {WordOfBytes("BGRA"), 0, 0},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(VorelRowStoreBytes(row.tag, 721), row.at721) << std::hex << row.tag;
+    EXPECT_EQ(VorelRowStoreBytes(row.tag, 1920), row.at1920) << std::hex << row.tag;
+  }
+}
+
 }  // namespace
 }  // namespace vorel
