@@ -10,6 +10,7 @@ declare -A below=(
   [pixel]="base pixel vorel"
   [codec]="base frame entropy pixel codec codec422"
   [codec422]="base frame entropy pixel codec422"
+  [component]="base component vorel"
   [container]="base container"
   [picture_io]="base picture_io vorel"
   [tool]="base frame container picture_io tool vorel"
