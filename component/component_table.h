@@ -187,6 +187,11 @@ constexpr i16 SettingsTextId(const ComponentRow& compressor) {
   return compressor.id;
 }
 
+/// Names of a compressor's frame formats, 'STR#': see format_names.h.
+constexpr i16 FormatNamesId(const ComponentRow& compressor) {
+  return static_cast<i16>(compressor.id + 1);
+}
+
 /// Settings dialog of a compressor: 'DLOG', 'dlgx', 'DITL' and 'dftb' share the id.
 constexpr i16 DialogId(const ComponentRow& compressor) {
   return compressor.id;
