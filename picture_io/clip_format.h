@@ -27,6 +27,9 @@ struct ClipFormat {
   Ratio rate;
   ScanOrder scan = ScanOrder::unknown;
   Ratio aspect;
+  // The place that the pixel format has for alpha, if any, holds nothing but opaque values: alpha is not
+  // coded, and picture files without it lose nothing.
+  bool isOpaque = false;
 
   bool operator==(const ClipFormat&) const = default;
 };
@@ -36,6 +39,8 @@ struct ClipFormat {
 inline constexpr u32 kYuvu = FourCharacterCode("yuvu");
 inline constexpr u32 k2vuy = FourCharacterCode("2vuy");
 inline constexpr u32 kV216 = FourCharacterCode("v216");
+inline constexpr u32 kV408 = FourCharacterCode("v408");
+inline constexpr u32 kV410 = FourCharacterCode("v410");
 inline constexpr u32 kV210 = FourCharacterCode("v210");
 
 // Movies hold width and height in signed fields of 16 bits, and terms of ratios in signed fields of 32.

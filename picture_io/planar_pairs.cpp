@@ -5,7 +5,6 @@
 #include <type_traits>
 
 #include "base/bytes.h"
-#include "picture_io/clip_format.h"
 
 namespace vorel::picture_io {
 
@@ -93,7 +92,7 @@ void PartRow(const u8* in, std::size_t width, u8* luma, u8* cb, u8* cr) {
 }
 
 // Bytes of one row of each plane, and where the chroma planes begin.
-struct PlaneShape {
+struct PlanePlaces {
   std::size_t lumaBytes;
   std::size_t chromaBytes;
   std::size_t cbStart;
@@ -101,7 +100,7 @@ struct PlaneShape {
 };
 
 template <const PairForm& Form>
-PlaneShape ShapeOfPlanes(std::size_t width, std::size_t height) {
+PlanePlaces PlacesOfPlanes(std::size_t width, std::size_t height) {
   const std::size_t lumaBytes = width * kSampleBytes<Form>;
   const std::size_t chromaBytes = (width + 1) / 2 * kSampleBytes<Form>;
   return {lumaBytes, chromaBytes, lumaBytes * height, (lumaBytes + chromaBytes) * height};
@@ -109,65 +108,36 @@ PlaneShape ShapeOfPlanes(std::size_t width, std::size_t height) {
 
 template <const PairForm& Form>
 void AllRowsFromPlanes(const u8* planes, std::size_t width, std::size_t height, u8* rows) {
-  const PlaneShape shape = ShapeOfPlanes<Form>(width, height);
+  const PlanePlaces places = PlacesOfPlanes<Form>(width, height);
   const std::size_t rowBytes = (width + 1) / 2 * 4 * kSampleBytes<Form>;
   for (std::size_t row = 0; row < height; ++row) {
-    InterleaveRow<Form>(planes + row * shape.lumaBytes, planes + shape.cbStart + row * shape.chromaBytes,
-                        planes + shape.crStart + row * shape.chromaBytes, width, rows + row * rowBytes);
+    InterleaveRow<Form>(planes + row * places.lumaBytes, planes + places.cbStart + row * places.chromaBytes,
+                        planes + places.crStart + row * places.chromaBytes, width, rows + row * rowBytes);
   }
 }
 
 template <const PairForm& Form>
 void AllPlanesFromRows(const u8* rows, std::size_t width, std::size_t height, u8* planes) {
-  const PlaneShape shape = ShapeOfPlanes<Form>(width, height);
+  const PlanePlaces places = PlacesOfPlanes<Form>(width, height);
   const std::size_t rowBytes = (width + 1) / 2 * 4 * kSampleBytes<Form>;
   for (std::size_t row = 0; row < height; ++row) {
-    PartRow<Form>(rows + row * rowBytes, width, planes + row * shape.lumaBytes,
-                  planes + shape.cbStart + row * shape.chromaBytes,
-                  planes + shape.crStart + row * shape.chromaBytes);
+    PartRow<Form>(rows + row * rowBytes, width, planes + row * places.lumaBytes,
+                  planes + places.cbStart + row * places.chromaBytes,
+                  planes + places.crStart + row * places.chromaBytes);
   }
 }
-
-struct PairRoutines {
-  u32 pixelFormat;
-  u32 planeBits;
-  void (*rowsFromPlanes)(const u8* planes, std::size_t width, std::size_t height, u8* rows);
-  void (*planesFromRows)(const u8* rows, std::size_t width, std::size_t height, u8* planes);
-};
 
 template <const PairForm& Form>
-constexpr PairRoutines kRoutinesOf = {Form.pixelFormat, Form.planeBits, AllRowsFromPlanes<Form>,
-                                      AllPlanesFromRows<Form>};
+constexpr PlanarRoutines kRoutinesOf = {
+    Form.pixelFormat, {Form.planeBits, 3, true}, AllRowsFromPlanes<Form>, AllPlanesFromRows<Form>};
 
-constexpr PairRoutines kRoutines[] = {kRoutinesOf<kFormYuvu>, kRoutinesOf<kForm2vuy>, kRoutinesOf<kFormV216>};
-
-const PairRoutines* FindRoutines(u32 pixelFormat) {
-  for (const PairRoutines& routines : kRoutines) {
-    if (routines.pixelFormat == pixelFormat) return &routines;
-  }
-  return nullptr;
-}
+constexpr PlanarRoutines kRoutines[] = {kRoutinesOf<kFormYuvu>, kRoutinesOf<kForm2vuy>,
+                                        kRoutinesOf<kFormV216>};
 
 }  // namespace
 
-u32 PlaneBits(u32 pixelFormat) {
-  const PairRoutines* const routines = FindRoutines(pixelFormat);
-  return routines == nullptr ? 0 : routines->planeBits;
-}
-
-std::size_t PlanarBytes(u32 pixelFormat, u32 width, u32 height) {
-  const std::size_t samples = (std::size_t{width} + (std::size_t{width} + 1) / 2 * 2) * height;
-  return samples * ((PlaneBits(pixelFormat) + 7) / 8);
-}
-
-void RowsFromPlanes(u32 pixelFormat, const u8* planes, u32 width, u32 height, u8* rows) {
-  if (const PairRoutines* const routines = FindRoutines(pixelFormat))
-    routines->rowsFromPlanes(planes, width, height, rows);
-}
-
-void PlanesFromRows(u32 pixelFormat, const u8* rows, u32 width, u32 height, u8* planes) {
-  if (const PairRoutines* const routines = FindRoutines(pixelFormat))
-    routines->planesFromRows(rows, width, height, planes);
+std::span<const PlanarRoutines> PairRoutines() {
+  return kRoutines;
 }
 
 }  // namespace vorel::picture_io

@@ -1,4 +1,4 @@
-// Pictures of a YUV4MPEG2 stream. What a FRAME line carries behind the word is not needed for 4:2:2 and is
+// Pictures of a YUV4MPEG2 stream. What a FRAME line carries behind the word is of use for 4:2:0 alone and is
 // passed over.
 #include "picture_io/y4m.h"
 
@@ -6,7 +6,7 @@
 
 #include "base/bytes.h"
 #include "base/problem.h"
-#include "picture_io/planar_pairs.h"
+#include "picture_io/planar_rows.h"
 #include "picture_io/y4m_header.h"
 
 namespace vorel::picture_io {
@@ -68,16 +68,17 @@ PictureSource OpenY4mSource(ByteInput input, u32 eightBits) {
   if (source.format.pixelFormat == k2vuy) source.format.pixelFormat = eightBits;
   source.unkept = header.comments;
   const ClipFormat format = source.format;
-  const std::size_t pictureBytes = PlanarBytes(format.pixelFormat, format.width, format.height);
+  const PlaneShape shape = PlanesOf(format);
+  const std::size_t pictureBytes = PlanarBytes(shape, format.width, format.height);
   if (input.size > input.position) {
     source.expectedFrames = (input.size - input.position) / (kFrame.size() + 1 + pictureBytes);
   }
-  const auto reading = std::make_shared<Y4mReading>(
-      Y4mReading{std::move(input), PlaneBits(format.pixelFormat), pictureBytes, 0});
+  const auto reading =
+      std::make_shared<Y4mReading>(Y4mReading{std::move(input), shape.bits, pictureBytes, 0});
   source.fetch = [reading](StoredPicture& stored) { return FetchFrame(*reading, stored); };
   source.unpack = [format](StoredPicture& stored, Picture& picture) {
     ShapePicture(format, picture);
-    RowsFromPlanes(format.pixelFormat, stored.data(), format.width, format.height, picture.bytes.data());
+    RowsFromPlanes(format, stored.data(), picture.bytes.data());
   };
   return source;
 }
@@ -87,13 +88,12 @@ PictureSink OpenY4mSink(const ClipFormat& format, WriteBytes write) {
   write(reinterpret_cast<const u8*>(header.data()), header.size());
   PictureSink sink;
   // The FRAME line travels with the planes, so that a picture is one write.
-  sink.pack = [](Picture& picture, StoredPicture& stored) {
+  sink.pack = [format](Picture& picture, StoredPicture& stored) {
     constexpr std::size_t kLineBytes = kFrame.size() + 1;
-    stored.resize(kLineBytes + PlanarBytes(picture.pixelFormat, picture.width, picture.height));
+    stored.resize(kLineBytes + PlanarBytes(PlanesOf(format), format.width, format.height));
     kFrame.copy(reinterpret_cast<char*>(stored.data()), kFrame.size());
     stored[kFrame.size()] = '\n';
-    PlanesFromRows(picture.pixelFormat, picture.bytes.data(), picture.width, picture.height,
-                   stored.data() + kLineBytes);
+    PlanesFromRows(format, picture.bytes.data(), stored.data() + kLineBytes);
   };
   sink.store = [write = std::move(write)](const StoredPicture& stored) {
     write(stored.data(), stored.size());

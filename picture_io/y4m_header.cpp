@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/problem.h"
-#include "picture_io/planar_pairs.h"
+#include "picture_io/planar_rows.h"
 
 namespace vorel::picture_io {
 
@@ -27,11 +27,16 @@ constexpr ScanLetter kScanLetters[] = {{'p', ScanOrder::progressive},
 struct ChromaRow {
   std::string_view value;  // of tag C
   std::string_view older;  // the same in an older way of writing, often beside it
-  u32 planeBits;
+  PlaneShape shape;
   u32 pixelFormat;  // of pictures that are read
+  bool isOpaque;    // see ClipFormat
 };
 
-constexpr ChromaRow kChromas[] = {{"422", "XYSCSS=422", 8, k2vuy}, {"422p10", "XYSCSS=422P10", 10, kV216}};
+constexpr ChromaRow kChromas[] = {{"422", "XYSCSS=422", {8, 3, true}, k2vuy, false},
+                                  {"422p10", "XYSCSS=422P10", {10, 3, true}, kV216, false},
+                                  {"444", "XYSCSS=444", {8, 3, false}, kV408, true},
+                                  {"444p10", "XYSCSS=444P10", {10, 3, false}, kV410, false},
+                                  {"444alpha", "XYSCSS=444", {8, 4, false}, kV408, false}};
 
 // Where the tags of a header go, and what every message about them begins with.
 struct HeaderReading {
@@ -114,14 +119,15 @@ void ReadTag(HeaderReading& reading, std::string_view tag) {
   }
 }
 
-u32 PixelFormatOfChroma(const HeaderReading& reading) {
+const ChromaRow& RowOfChroma(const HeaderReading& reading) {
   const std::string advice =
-      "only 4:2:2 with 8 or 10 bits (C422, C422p10) is handled; convert the clip to it";
+      "4:2:2 and 4:4:4 with 8 or 10 bits are handled (C422, C422p10, C444, C444p10, C444alpha); convert the "
+      "clip to one of them";
   if (reading.seen.find('C') == std::string::npos) {
     throw Problem{"the header has no tag C, which means chroma 4:2:0", reading.where, advice};
   }
   for (const ChromaRow& row : kChromas) {
-    if (reading.chroma == row.value) return row.pixelFormat;
+    if (reading.chroma == row.value) return row;
   }
   throw Problem{"chroma C" + reading.chroma + " is not handled", reading.where, advice};
 }
@@ -147,7 +153,9 @@ Y4mHeader ReadY4mHeader(const std::string& line, const std::string& name) {
                     "the picture size must be known"};
     }
   }
-  reading.header.format.pixelFormat = PixelFormatOfChroma(reading);
+  const ChromaRow& chroma = RowOfChroma(reading);
+  reading.header.format.pixelFormat = chroma.pixelFormat;
+  reading.header.format.isOpaque = chroma.isOpaque;
   return reading.header;
 }
 
@@ -158,7 +166,7 @@ std::string Y4mHeaderLine(const ClipFormat& format) {
   }
   std::string chroma;
   for (const ChromaRow& row : kChromas) {
-    if (row.planeBits == PlaneBits(format.pixelFormat)) chroma = row.value;
+    if (row.shape == PlanesOf(format)) chroma = row.value;
   }
   const auto terms = [](Ratio ratio) {
     return std::to_string(ratio.numerator) + ":" + std::to_string(ratio.denominator);

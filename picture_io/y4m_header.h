@@ -4,8 +4,8 @@
 //
 //   W, H   picture size in pixels              F   frames per second
 //   I      p progressive, t top field first,   A   width of a pixel to its height; absent or 0:0 for unknown
-//          b bottom field first, ? unknown;    C   chroma subsampling and depth: 422 or 422p10; absent means
-//          m, a mixture, is refused                4:2:0
+//          b bottom field first, ? unknown;    C   chroma subsampling and depth: 422, 422p10, 444, 444p10,
+//          m, a mixture, is refused                444alpha; absent means 4:2:0
 //                                              X   anything; kept as text, since no movie has a place for it
 #pragma once
 #include <string>
@@ -15,14 +15,14 @@
 namespace vorel::picture_io {
 
 struct Y4mHeader {
-  ClipFormat format;     // '2vuy' or 'v216'; the rate may be unknown
+  ClipFormat format;     // '2vuy', 'v216', 'v408' or 'v410'; the rate may be unknown
   std::string comments;  // tags that carry nothing for `format`, as they stand, parted by spaces
 };
 
 // Reads the header line, without its line feed. `name` is the stream's, for messages. Throws Problem.
 Y4mHeader ReadY4mHeader(const std::string& line, const std::string& name);
 
-// The header line of a clip of 'yuvu', '2vuy' or 'v216' pictures, with its line feed.
+// The header line of a clip of 'yuvu' pictures or of one of these, with its line feed.
 std::string Y4mHeaderLine(const ClipFormat& format);
 
 }  // namespace vorel::picture_io

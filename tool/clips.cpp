@@ -111,7 +111,8 @@ DecodedClip ClipToDecode(const MovieClip& clip, u32 pixelFormat) {
                     PlaceOfFrame(clip, i), "split the movie there"};
     }
   }
-  const picture_io::ClipFormat format = ClipOfDescription(first, clip.video.rate, pixelFormat);
+  picture_io::ClipFormat format = ClipOfDescription(first, clip.video.rate, pixelFormat);
+  format.isOpaque = !TagHasAlpha(TagOfMovie(clip));
   const u32 largest = picture_io::kLargestSide;
   if (format.width == 0 || format.height == 0 || format.width > largest || format.height > largest) {
     throw Problem{"the picture size " + std::to_string(format.width) + " x " + std::to_string(format.height) +

@@ -145,7 +145,8 @@ struct CommandLine {
 
 CLI::App* AddEncode(CLI::App& app, CommandLine& line) {
   CLI::App* const command = app.add_subcommand("encode", "Encode pictures to movies, without loss");
-  AddInputs(*command, line.encode.inputs, "YUV4MPEG2 files, 4:2:2 with 8 or 10 bits, or raw pictures");
+  AddInputs(*command, line.encode.inputs,
+            "YUV4MPEG2 files, 4:2:2 or 4:4:4 with 8 or 10 bits, or raw pictures");
   AddTarget(*command, line.encode.output, line.encode.force,
             "The movie; otherwise named after the input, with .mov");
   AddSource(*command, line.encode.source);
@@ -162,9 +163,11 @@ CLI::App* AddDecode(CLI::App& app, CommandLine& line) {
   AddTarget(*command, line.decode.output, line.decode.force,
             "The pictures; otherwise named after the input, with .y4m, .yuv, or .raw for --pixel-format");
   AddFormat(*command, line.decode.format);
-  AddPixelFormat(*command, line.decode.pixelFormat,
-                 "The pixel format of the pictures; otherwise the one that the frames hold: 2vuy for 8 bits, "
-                 "v210 for 10 bits, yuvu for 8bw. Of YUV4MPEG2, 2vuy and yuvu are 8 bits, v216 is 10");
+  AddPixelFormat(
+      *command, line.decode.pixelFormat,
+      "The pixel format of the pictures; otherwise the one that the frames hold: 2vuy for 8 bits, "
+      "v210 for 10 bits, yuvu for 8bw. Of YUV4MPEG2, 2vuy, yuvu and v408 are 8 bits, v216 and v410 "
+      "are 10");
   AddThreads(*command, line.decode.threads);
   return command;
 }

@@ -1,7 +1,7 @@
 // vorel decode: a movie to pictures.
 #include <filesystem>
 
-#include "picture_io/planar_pairs.h"
+#include "picture_io/planar_rows.h"
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
 #include "tool/clips.h"
@@ -42,7 +42,7 @@ void CheckOptions(const DecodeOptions& options) {
   const bool isY4m = FileFor(options) == PictureFile::y4m;
   if (isY4m && options.pixelFormat && picture_io::PlaneBits(*options.pixelFormat) == 0) {
     throw UsageError{
-        "YUV4MPEG2 files hold 2vuy and yuvu pictures (8 bits) and v216 pictures (10 bits), not " +
+        "YUV4MPEG2 files hold 2vuy, yuvu and v408 pictures (8 bits), v216 and v410 pictures (10 bits), not " +
         PixelFormatName(*options.pixelFormat) + ": give --format raw with it"};
   }
 }
@@ -54,7 +54,7 @@ u32 PixelFormatFor(const MovieClip& clip, const DecodeOptions& options) {
     return PixelFormatOfEnding(options.output).value_or(RawFormatOfTag(tag));
   const u32 pixelFormat = Y4mFormatOfTag(tag);
   if (pixelFormat == 0) {
-    throw Problem{"YUV4MPEG2 files hold 4:2:2 pictures, these are " + FormatNameOfTag(tag), clip.name,
+    throw Problem{"YUV4MPEG2 files don't hold pictures of format " + FormatNameOfTag(tag), clip.name,
                   "give --format raw, or a pixel format with --pixel-format"};
   }
   return pixelFormat;

@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "picture_io/planar_pairs.h"
+#include "picture_io/planar_rows.h"
 #include "tool/clip_description.h"
 #include "tool/clips.h"
 #include "tool/colour_standard.h"
@@ -51,7 +51,7 @@ std::string UnkeptOfSource(const PictureSource& source, const EncodeOptions& opt
   const u32 pixelFormat = source.format.pixelFormat;
   const u32 sampleBits = options.source.pixelFormat ? VorelFindPixelFormat(pixelFormat)->sampleBits
                                                     : picture_io::PlaneBits(pixelFormat);
-  const std::string ofPictures = UnkeptOfPictures(pixelFormat, sampleBits, tag);
+  const std::string ofPictures = UnkeptOfPictures(source.format, sampleBits, tag);
   return source.unkept + (source.unkept.empty() || ofPictures.empty() ? "" : ", ") + ofPictures;
 }
 

@@ -16,6 +16,8 @@ namespace {
 using picture_io::k2vuy;
 using picture_io::kV210;
 using picture_io::kV216;
+using picture_io::kV408;
+using picture_io::kV410;
 using picture_io::kYuvu;
 
 struct CodecRow {
@@ -38,7 +40,7 @@ constexpr CodecRow kCodecs[] = {
 struct OutputRow {
   const FrameLayout* layout;
   u32 raw;
-  u32 y4m;  // 0 for none: YUV4MPEG2 is 4:2:2 here
+  u32 y4m;  // 0 for none
 };
 
 // Pictures that hold all that the frame holds, as far as there are any.
@@ -47,16 +49,16 @@ constexpr OutputRow kOutputs[] = {
     {&RGBA10bf, FourCharacterCode("b64a"), 0},
     {&RGB8bf, 24, 0},
     {&RGBA8bf, 32, 0},
-    {&YCbCr10bv444, FourCharacterCode("v410"), 0},
-    {&YCbCrA10bv4444, FourCharacterCode("V416"), 0},
-    {&YCbCr8bv444, FourCharacterCode("v408"), 0},
-    {&YCbCrA8bv4444, FourCharacterCode("v408"), 0},
+    {&YCbCr10bv444, kV410, kV410},
+    {&YCbCrA10bv4444, FourCharacterCode("V416"), kV410},
+    {&YCbCr8bv444, kV408, kV408},
+    {&YCbCrA8bv4444, kV408, kV408},
     {&YCbCr8bu444, FourCharacterCode("r408"), 0},
     {&YCbCrA8bu4444, FourCharacterCode("r408"), 0},
     {&YCbCr10bv422, kV210, kV216},
     {&YCbCrA10bv4224, FourCharacterCode("V416"), kV216},
     {&YCbCr8bv422, k2vuy, k2vuy},
-    {&YCbCrA8bv4224, FourCharacterCode("v408"), k2vuy},
+    {&YCbCrA8bv4224, kV408, k2vuy},
     {&YCbCr8bw422, kYuvu, kYuvu},
 };
 
@@ -147,7 +149,7 @@ std::string CodecNames() {
 FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily family, bool keepAlpha,
                          u32 colourStandard, const std::string& name) {
   u32 formatChoice = 0;
-  if (keepAlpha) formatChoice |= VOREL_KEEP_ALPHA;
+  if (keepAlpha && !format.isOpaque) formatChoice |= VOREL_KEEP_ALPHA;
   if (IsInterlaced(format.scan)) formatChoice |= VOREL_INTERLACED;
   const u32 tag = ChooseTag(family, format.pixelFormat, formatChoice);
   const CodecRow& codec = RowOfFamily(family);
@@ -155,7 +157,8 @@ FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily famil
   return {family, formatChoice, colourStandard, tag};
 }
 
-std::string UnkeptOfPictures(u32 pixelFormat, u32 sampleBits, u32 tag) {
+std::string UnkeptOfPictures(const picture_io::ClipFormat& format, u32 sampleBits, u32 tag) {
+  const u32 pixelFormat = format.pixelFormat;
   const VorelPixelFormatInfo* const pixels = VorelFindPixelFormat(pixelFormat);
   const FrameLayout* const layout = LayoutOfTag(tag).layout;
   if (pixels == nullptr || layout == nullptr) return "";
@@ -168,7 +171,7 @@ std::string UnkeptOfPictures(u32 pixelFormat, u32 sampleBits, u32 tag) {
   AddDroppedBits(unkept, sampleBits, layout->samples.bits);
   if (pixels->unitPixels == 1 && layout->samples.unit == Unit::pair)
     AddPart(unkept, "the chroma of every pixel");
-  if (pixels->hasAlpha != 0 && !layout->samples.alpha) AddPart(unkept, "alpha");
+  if (pixels->hasAlpha != 0 && !format.isOpaque && !layout->samples.alpha) AddPart(unkept, "alpha");
   return unkept;
 }
 

@@ -36,8 +36,9 @@ struct FrameCoding {
 FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily family, bool keepAlpha,
                          u32 colourStandard, const std::string& name);
 
-// What frames with this tag cannot hold of pictures that have `sampleBits` bits in a sample; usually empty.
-std::string UnkeptOfPictures(u32 pixelFormat, u32 sampleBits, u32 tag);
+// What frames with this tag cannot hold of a clip's pictures that have `sampleBits` bits in a sample; usually
+// empty.
+std::string UnkeptOfPictures(const picture_io::ClipFormat& format, u32 sampleBits, u32 tag);
 
 // What pictures of this pixel format cannot hold of frames with this tag; usually empty.
 std::string UnkeptOfFrames(u32 tag, u32 pixelFormat);

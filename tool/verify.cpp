@@ -1,5 +1,5 @@
 // vorel verify: decodes every frame, and compares with the pictures that a movie was made from.
-#include "picture_io/planar_pairs.h"
+#include "picture_io/planar_rows.h"
 #include "tool/clips.h"
 #include "tool/commands.h"
 #include "tool/frame_coder.h"
@@ -86,7 +86,7 @@ Compared ComparedParts(const VerifyJob& job, const PictureSource& source, const 
   constexpr u32 kWordBits = 16;
   const u32 pixelFormat = source.format.pixelFormat;
   const bool isLifted = !options.source.pixelFormat && pixelFormat == picture_io::kV216;
-  return {source.keepsPadding, TagHasAlpha(TagOfFrame(job.bytes)),
+  return {source.keepsPadding, !source.format.isOpaque && TagHasAlpha(TagOfFrame(job.bytes)),
           isLifted ? kWordBits - picture_io::PlaneBits(pixelFormat) : 0};
 }
 

@@ -6,13 +6,19 @@
 
 #include <vector>
 
-#include "picture_io/clip_format.h"
-
 namespace vorel::picture_io {
 
 namespace {
 
 constexpr u32 kAll[] = {kYuvu, k2vuy, kV216};
+
+ClipFormat ClipOf(u32 pixelFormat, u32 width, u32 height) {
+  return {pixelFormat, width, height, {}, ScanOrder::unknown, {}};
+}
+
+std::size_t BytesOfPlanes(u32 pixelFormat, u32 width, u32 height) {
+  return PlanarBytes(PlanesOf(ClipOf(pixelFormat, width, height)), width, height);
+}
 
 // Samples of any value that planes of this format may hold.
 std::vector<u8> Noise(u32 pixelFormat, std::size_t size) {
@@ -32,7 +38,7 @@ std::size_t SampleBytes(u32 pixelFormat) {
 
 std::vector<u8> RowsOfPlanes(u32 pixelFormat, const std::vector<u8>& planes, u32 width, u32 height) {
   std::vector<u8> rows(std::size_t{width + 1} / 2 * 4 * SampleBytes(pixelFormat) * height);
-  RowsFromPlanes(pixelFormat, planes.data(), width, height, rows.data());
+  RowsFromPlanes(ClipOf(pixelFormat, width, height), planes.data(), rows.data());
   return rows;
 }
 
@@ -66,22 +72,22 @@ TEST(PlanarPairs, WordsOfOnePixelByHand) {
   const std::vector<u8> planes = {0x01, 0x02, 0xFF, 0x03, 0x00, 0x00};  // Y' 0x201, Cb 1023, Cr 0
   const std::vector<u8> row = {0xC0, 0xFF, 0x40, 0x80, 0x00, 0x00, 0x40, 0x80};
   EXPECT_EQ(RowsOfPlanes(kV216, planes, 1, 1), row);
-  std::vector<u8> back(PlanarBytes(kV216, 1, 1));
-  PlanesFromRows(kV216, row.data(), 1, 1, back.data());
+  std::vector<u8> back(BytesOfPlanes(kV216, 1, 1));
+  PlanesFromRows(ClipOf(kV216, 1, 1), row.data(), back.data());
   EXPECT_EQ(back, planes);
 }
 
 TEST(PlanarPairs, LowerBitsOfWordsAreDropped) {
   const std::vector<u8> row = {0x3F, 0x00, 0x7F, 0x00, 0xFF, 0xFF, 0xBF, 0x80};
-  std::vector<u8> planes(PlanarBytes(kV216, 2, 1));
-  PlanesFromRows(kV216, row.data(), 2, 1, planes.data());
+  std::vector<u8> planes(BytesOfPlanes(kV216, 2, 1));
+  PlanesFromRows(ClipOf(kV216, 2, 1), row.data(), planes.data());
   EXPECT_EQ(planes, (std::vector<u8>{1, 0, 2, 2, 0, 0, 0xFF, 3}));
 }
 
 TEST(PlanarPairs, SecondHalfOfAnOddPairIsDropped) {
   const std::vector<u8> rows = {9, 0x00, 200, 0x01};
-  std::vector<u8> planes(PlanarBytes(kYuvu, 1, 1));
-  PlanesFromRows(kYuvu, rows.data(), 1, 1, planes.data());
+  std::vector<u8> planes(BytesOfPlanes(kYuvu, 1, 1));
+  PlanesFromRows(ClipOf(kYuvu, 1, 1), rows.data(), planes.data());
   EXPECT_EQ(planes, (std::vector<u8>{9, 0x80, 0x81}));
 }
 
@@ -90,7 +96,7 @@ TEST(PlanarPairs, EveryWidthPutsEverySampleInItsPlace) {
     const std::size_t first = format == kYuvu ? 0 : 1;  // place of Y'0 in a pair
     for (u32 width = 1; width <= 131; ++width) {
       const u32 height = 3;
-      const std::vector<u8> planes = Noise(format, PlanarBytes(format, width, height));
+      const std::vector<u8> planes = Noise(format, BytesOfPlanes(format, width, height));
       const std::size_t chromaWidth = (width + 1) / 2;
       const std::vector<u8> rows = RowsOfPlanes(format, planes, width, height);
       for (u32 row = 0; row < height; ++row) {
@@ -107,7 +113,7 @@ TEST(PlanarPairs, EveryWidthPutsEverySampleInItsPlace) {
         }
       }
       std::vector<u8> back(planes.size());
-      PlanesFromRows(format, rows.data(), width, height, back.data());
+      PlanesFromRows(ClipOf(format, width, height), rows.data(), back.data());
       ASSERT_EQ(back, planes) << width;
     }
   }
@@ -117,11 +123,11 @@ TEST(PlanarPairs, NothingIsWrittenBesideThePicture) {
   const u32 width = 65;
   const u32 height = 2;
   for (const u32 format : kAll) {
-    const std::vector<u8> planes = Noise(format, PlanarBytes(format, width, height));
+    const std::vector<u8> planes = Noise(format, BytesOfPlanes(format, width, height));
     std::vector<u8> rows(33 * 4 * SampleBytes(format) * height + 8, 0xA5);
-    RowsFromPlanes(format, planes.data(), width, height, rows.data() + 4);
+    RowsFromPlanes(ClipOf(format, width, height), planes.data(), rows.data() + 4);
     std::vector<u8> back(planes.size() + 8, 0xA5);
-    PlanesFromRows(format, rows.data() + 4, width, height, back.data() + 4);
+    PlanesFromRows(ClipOf(format, width, height), rows.data() + 4, back.data() + 4);
     for (std::size_t i = 0; i < 4; ++i) {
       EXPECT_EQ(rows[i], 0xA5);
       EXPECT_EQ(rows[rows.size() - 1 - i], 0xA5);
@@ -131,17 +137,18 @@ TEST(PlanarPairs, NothingIsWrittenBesideThePicture) {
   }
 }
 
-TEST(PlanarPairs, OtherPixelFormatsHaveNoPlanes) {
+TEST(PlaneBits, OtherPixelFormatsHaveNoPlanes) {
   EXPECT_EQ(PlaneBits(kYuvu), 8u);
   EXPECT_EQ(PlaneBits(k2vuy), 8u);
   EXPECT_EQ(PlaneBits(kV216), 10u);
   EXPECT_EQ(PlaneBits(kV210), 0u);
   EXPECT_EQ(PlaneBits(32), 0u);
+  EXPECT_EQ(BytesOfPlanes(kV210, 6, 1), 0u);
 }
 
 TEST(PlanarBytes, LargestPictureDoesNotOverflow) {
-  EXPECT_EQ(PlanarBytes(k2vuy, 32767, 32767), std::size_t{2147385345});
-  EXPECT_EQ(PlanarBytes(kV216, 32767, 32767), std::size_t{4294770690});
+  EXPECT_EQ(BytesOfPlanes(k2vuy, 32767, 32767), std::size_t{2147385345});
+  EXPECT_EQ(BytesOfPlanes(kV216, 32767, 32767), std::size_t{4294770690});
 }
 
 }  // namespace vorel::picture_io

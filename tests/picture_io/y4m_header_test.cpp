@@ -17,8 +17,9 @@ std::string Refusal(const std::string& tags) {
   return ProblemText([&] { FormatOf(tags); });
 }
 
-constexpr const char* kOnly422 =
-    "only 4:2:2 with 8 or 10 bits (C422, C422p10) is handled; convert the clip to it";
+constexpr const char* kHandled =
+    "4:2:2 and 4:4:4 with 8 or 10 bits are handled (C422, C422p10, C444, C444p10, C444alpha); convert the "
+    "clip to one of them";
 
 }  // namespace
 
@@ -49,30 +50,43 @@ TEST(Y4mHeader, AbsentAndZeroRatiosAreUnknown) {
 TEST(Y4mHeader, ChromaTellsThePixelFormatByItsBits) {
   EXPECT_EQ(FormatOf("W2 H2 C422").pixelFormat, FourCharacterCode("2vuy"));
   EXPECT_EQ(FormatOf("W2 H2 C422p10").pixelFormat, FourCharacterCode("v216"));
+  EXPECT_EQ(FormatOf("W2 H2 C444").pixelFormat, FourCharacterCode("v408"));
+  EXPECT_EQ(FormatOf("W2 H2 C444alpha").pixelFormat, FourCharacterCode("v408"));
+  EXPECT_EQ(FormatOf("W2 H2 C444p10").pixelFormat, FourCharacterCode("v410"));
+}
+
+TEST(Y4mHeader, PlacesForAlphaThatAStreamDoesNotFillAreOpaque) {
+  EXPECT_TRUE(FormatOf("W2 H2 C444").isOpaque);
+  EXPECT_FALSE(FormatOf("W2 H2 C444alpha").isOpaque);
 }
 
 TEST(Y4mHeader, OlderWayOfWritingChromaIsNoComment) {
   EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C422p10 XYSCSS=422P10", "a.y4m").comments, "");
   EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C422 XYSCSS=422", "a.y4m").comments, "");
+  EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C444 XYSCSS=444", "a.y4m").comments, "");
+  EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C444alpha XYSCSS=444", "a.y4m").comments, "");
+  EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C444p10 XYSCSS=444P10", "a.y4m").comments, "");
 }
 
 TEST(Y4mHeader, CommentsAreKeptAsideAndDoNoHarm) {
   const Y4mHeader header = ReadY4mHeader("YUV4MPEG2 W2 H2 C422 XYSCSS=422 XCOLORRANGE=FULL Zz", "a.y4m");
   EXPECT_EQ(header.comments, "XCOLORRANGE=FULL Zz");
+  EXPECT_EQ(ReadY4mHeader("YUV4MPEG2 W2 H2 C444 XCOLORRANGE=FULL", "a.y4m").comments, "XCOLORRANGE=FULL");
 }
 
 TEST(Y4mHeader, OtherChromaIsRefusedByName) {
-  for (const char* const chroma : {"420", "420jpeg", "420mpeg2", "420paldv", "411", "444", "444alpha",
-                                   "422p9", "422p12", "422p16", "422P10", "mono", "mono10", ""}) {
+  for (const char* const chroma :
+       {"420", "420jpeg", "420mpeg2", "420paldv", "411", "422alpha", "422p9", "422p12", "422p16", "422P10",
+        "444p9", "444p12", "444p16", "444P10", "444Alpha", "444alphap10", "mono", "mono10", ""}) {
     EXPECT_EQ(Refusal(std::string("W2 H2 C") + chroma),
-              std::string("a.y4m: header: chroma C") + chroma + " is not handled (" + kOnly422 + ")");
+              std::string("a.y4m: header: chroma C") + chroma + " is not handled (" + kHandled + ")");
   }
 }
 
 TEST(Y4mHeader, AbsentChromaIsRefusedAsFourTwoZero) {
   EXPECT_EQ(
       Refusal("W2 H2 F25:1"),
-      std::string("a.y4m: header: the header has no tag C, which means chroma 4:2:0 (") + kOnly422 + ")");
+      std::string("a.y4m: header: the header has no tag C, which means chroma 4:2:0 (") + kHandled + ")");
 }
 
 TEST(Y4mHeader, MixedInterlacingIsRefused) {
@@ -135,6 +149,19 @@ TEST(Y4mHeader, OrderOfFieldsThatIsNotKnownHasNoLetter) {
 TEST(Y4mHeader, TenBitsAreWrittenAsChroma) {
   EXPECT_EQ(Y4mHeaderLine({kV216, 1, 2, {25, 1}, ScanOrder::progressive, {}}),
             "YUV4MPEG2 W1 H2 F25:1 Ip A0:0 C422p10\n");
+}
+
+TEST(Y4mHeader, FullChromaIsWrittenWithAlphaOnlyWhereThereIsAny) {
+  const auto chromaOf = [](u32 pixelFormat, bool isOpaque) {
+    const std::string line =
+        Y4mHeaderLine({pixelFormat, 1, 2, {25, 1}, ScanOrder::progressive, {}, isOpaque});
+    return line.substr(line.rfind(' ') + 1);
+  };
+  EXPECT_EQ(chromaOf(kV408, true), "C444\n");
+  EXPECT_EQ(chromaOf(kV408, false), "C444alpha\n");
+  EXPECT_EQ(chromaOf(kV410, false), "C444p10\n");
+  EXPECT_EQ(chromaOf(kV410, true), "C444p10\n");
+  EXPECT_EQ(chromaOf(k2vuy, true), "C422\n");
 }
 
 }  // namespace vorel::picture_io

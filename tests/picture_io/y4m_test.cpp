@@ -22,6 +22,20 @@ const std::string kPlanes10("\x01\x00\x02\x03\xFF\x03\x00\x02\x01\x02\xFF\x01\x0
 const std::vector<u8> kRow10 = {0x00, 0x80, 0x40, 0x00, 0xC0, 0x7F, 0x80, 0xC0,
                                 0x40, 0x80, 0xC0, 0xFF, 0x00, 0x00, 0xC0, 0xFF};
 
+// Y' 1 2 3, Cb 4 5 6, Cr 7 8 255, A 235 16 0
+const std::string kPlanes444("\x01\x02\x03\x04\x05\x06\x07\x08\xFF", 9);
+const std::string kPlane444Alpha("\xEB\x10\x00", 3);
+const std::string kHeader444 = "YUV4MPEG2 W3 H1 F25:1 Ip A1:1 C444\n";
+const std::string kHeader444Alpha = "YUV4MPEG2 W3 H1 F25:1 Ip A1:1 C444alpha\n";
+const std::vector<u8> kRow444 = {4, 1, 7, 0xEB, 5, 2, 8, 0xEB, 6, 3, 255, 0xEB};
+const std::vector<u8> kRow444Alpha = {4, 1, 7, 0xEB, 5, 2, 8, 0x10, 6, 3, 255, 0};
+
+const std::string kHeader444p10 = "YUV4MPEG2 W2 H1 F25:1 Ip A1:1 C444p10\n";
+// Y' 1 0x302, Cb 1023 2, Cr 512 0
+const std::string kPlanes444p10("\x01\x00\x02\x03\xFF\x03\x02\x00\x00\x02\x00\x00", 12);
+// 0x80001FFC, 0x00302008
+const std::vector<u8> kRow444p10 = {0xFC, 0x1F, 0x00, 0x80, 0x08, 0x20, 0x30, 0x00};
+
 ByteInput InputOf(const std::string& text) {
   return ByteInputOf({text.begin(), text.end()}, "a.y4m");
 }
@@ -90,6 +104,42 @@ TEST(Y4m, TenBitsBecomeWordsOfSixteen) {
   const std::string text = kHeader10 + "FRAME\n" + kPlanes10;
   EXPECT_EQ(OpenY4mSource(InputOf(text), kYuvu).format.pixelFormat, kV216);
   EXPECT_EQ(PicturesOf(text).at(0), kRow10);
+}
+
+TEST(Y4m, FullChromaBecomesRowsOfPixels) {
+  EXPECT_EQ(PicturesOf(kHeader444 + "FRAME\n" + kPlanes444).at(0), kRow444);
+  EXPECT_EQ(PicturesOf(kHeader444Alpha + "FRAME\n" + kPlanes444 + kPlane444Alpha).at(0), kRow444Alpha);
+  EXPECT_EQ(PicturesOf(kHeader444p10 + "FRAME\n" + kPlanes444p10).at(0), kRow444p10);
+}
+
+TEST(Y4m, WideRangeIsForPairsAlone) {
+  EXPECT_EQ(OpenY4mSource(InputOf(kHeader444), kYuvu).format.pixelFormat, kV408);
+  EXPECT_EQ(OpenY4mSource(InputOf(kHeader444p10), kYuvu).format.pixelFormat, kV410);
+}
+
+TEST(Y4m, FullChromaComesBackAsItWas) {
+  const std::string frame = "FRAME\n" + kPlanes444;
+  EXPECT_EQ(WrittenAgain(kHeader444 + frame + frame), kHeader444 + frame + frame);
+  const std::string withAlpha = kHeader444Alpha + frame + kPlane444Alpha + frame + kPlane444Alpha;
+  EXPECT_EQ(WrittenAgain(withAlpha), withAlpha);
+  const std::string deep = kHeader444p10 + "FRAME\n" + kPlanes444p10 + "FRAME\n" + kPlanes444p10;
+  EXPECT_EQ(WrittenAgain(deep), deep);
+}
+
+TEST(Y4m, AlphaPlaneThatIsMissingIsACutPicture) {
+  EXPECT_EQ(Refusal(kHeader444Alpha + "FRAME\n" + kPlanes444),
+            "a.y4m: frame 0 at byte 40: the input ends within a picture: 12 bytes expected, 9 found "
+            "(fetch or make the stream again)");
+}
+
+TEST(Y4m, SampleOfMoreThanTenBitsIsRefusedInFullChromaToo) {
+  for (std::size_t at = 1; at < kPlanes444p10.size(); at += 2) {
+    std::string planes = kPlanes444p10;
+    planes[at] = static_cast<char>(0x80 | planes[at]);
+    EXPECT_EQ(Refusal(kHeader444p10 + "FRAME\n" + planes),
+              "a.y4m: frame 0 at byte 38: samples have more than 10 bits "
+              "(the stream is damaged, or tag C of its header is wrong)");
+  }
 }
 
 TEST(Y4m, WritingGivesTheSameBytesBack) {

@@ -23,6 +23,11 @@ u32 TagFor(u32 pixelFormat, VorelFamily family) {
   return TagFor(pixelFormat, family, true, picture_io::ScanOrder::progressive);
 }
 
+std::string UnkeptOfPictures(u32 pixelFormat, u32 sampleBits, u32 tag) {
+  return tool::UnkeptOfPictures({pixelFormat, 64, 48, {25, 1}, picture_io::ScanOrder::unknown, {}},
+                                sampleBits, tag);
+}
+
 std::string Refusal(u32 pixelFormat, VorelFamily family) {
   try {
     TagFor(pixelFormat, family);
@@ -63,6 +68,15 @@ TEST(CodingOfClip, TagFollowsCodecScanAndAlpha) {
   EXPECT_EQ(TagFor(32, VOREL_YCBCR_8BV_422, true, ScanOrder::progressive), WordOfBytes("C82p"));
   EXPECT_EQ(TagFor(32, VOREL_YCBCR_8BV_422, false, ScanOrder::progressive), WordOfBytes("BYRY"));
   EXPECT_EQ(TagFor(kCode("b64a"), VOREL_YCBCR_10BV_422, true, ScanOrder::bottomFirst), WordOfBytes("CA2i"));
+}
+
+TEST(CodingOfClip, OpaquePicturesAreCodedWithoutAlpha) {
+  picture_io::ClipFormat format = {kCode("v408"), 64, 48, {25, 1}, picture_io::ScanOrder::unknown, {}};
+  EXPECT_EQ(CodingOfClip(format, VOREL_GENERIC, true, 0, "clip").tag, WordOfBytes("AYBR"));
+  format.isOpaque = true;
+  EXPECT_EQ(CodingOfClip(format, VOREL_GENERIC, true, 0, "clip").tag, WordOfBytes(" YBR"));
+  EXPECT_EQ(tool::UnkeptOfPictures(format, 8, WordOfBytes(" YBR")), "");
+  EXPECT_EQ(tool::UnkeptOfPictures(format, 8, WordOfBytes("BYRY")), "the chroma of every pixel");
 }
 
 TEST(CodingOfClip, FramesOfAnotherFamilyAreRefused) {
@@ -112,7 +126,14 @@ TEST(FormatOfTag, FramesComeAsWhatTheyHold) {
   EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("BYRy")), kCode("2vuy"));
   EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("\xA2YRY")), kCode("v216"));
   EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("YbYr")), kCode("yuvu"));
+  EXPECT_EQ(Y4mFormatOfTag(WordOfBytes(" YBR")), kCode("v408"));
+  EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("AyBR")), kCode("v408"));
+  EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("YBR\n")), kCode("v410"));
+  EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("CA4i")), kCode("v410"));
+  EXPECT_EQ(Y4mFormatOfTag(WordOfBytes(" YbR")), 0u);
+  EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("AybR")), 0u);
   EXPECT_EQ(Y4mFormatOfTag(WordOfBytes("ARGB")), 0u);
+  EXPECT_EQ(EightBitFormatOfTag(WordOfBytes(" YBR")), kCode("2vuy"));
   EXPECT_EQ(EightBitFormatOfTag(WordOfBytes("YbYr")), kCode("yuvu"));
   EXPECT_EQ(EightBitFormatOfTag(WordOfBytes("\xA2YRY")), kCode("2vuy"));
 }

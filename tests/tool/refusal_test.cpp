@@ -95,7 +95,8 @@ TEST(Refusal, OtherChromaIsNamed) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err,
             "vorel: a.y4m: header: chroma C420jpeg is not handled\n"
-            "       only 4:2:2 with 8 or 10 bits (C422, C422p10) is handled; convert the clip to it\n");
+            "       4:2:2 and 4:4:4 with 8 or 10 bits are handled (C422, C422p10, C444, C444p10, C444alpha); "
+            "convert the clip to one of them\n");
 }
 
 TEST(Refusal, OnePixelIsMoreThanItsFrameMayTake) {
@@ -178,7 +179,7 @@ TEST(Refusal, PicturesThatYuv4mpegCannotHoldAreNamed) {
               [](Frames& frames, auto&) { StoreLittle32(&frames.at(0).at(16), WordOfBytes(" RGB")); });
   const Outcome outcome = RunVorel(folder, {"decode", "rgb.mov"});
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_TRUE(Contains(outcome.err, "rgb.mov: YUV4MPEG2 files hold 4:2:2 pictures, these are RGB 8bf p\n"))
+  EXPECT_TRUE(Contains(outcome.err, "rgb.mov: YUV4MPEG2 files don't hold pictures of format RGB 8bf p\n"))
       << outcome.err;
   EXPECT_EQ(FilesIn(folder), "brook.mov rgb.mov");
 }
