@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "frame/catalogue.h"
 #include "frame/frame_header.h"
 #include "frame/frame_tags.h"
 #include "frame/tag_rules.h"
@@ -154,6 +153,12 @@ Status DecodeStrict(VorelFamily family, u32 pixelFormat, u32 formatChoice, const
   const bool known = family != VOREL_GENERIC || std::ranges::find(kGenericStrictFormats, pixelFormat) !=
                                                     std::ranges::end(kGenericStrictFormats);
   return known ? RunRoutine(Direction::decode, pixelFormat, tag, call, flags) : Status::noRoutine;
+}
+
+const FrameRoutine* FindEncoder(VorelFamily family, u32 pixelFormat, u32 formatChoice) {
+  const u32 tag = ChooseTag(family, pixelFormat, formatChoice);
+  if (tag == 0 || kFamilies[family].encodeWithheld == pixelFormat) return nullptr;
+  return FindRoutine(Direction::encode, pixelFormat, tag);
 }
 
 Status Encode(VorelFamily family, u32 pixelFormat, u32 formatChoice, const FrameCall& call, u32 flags) {

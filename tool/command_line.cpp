@@ -191,8 +191,13 @@ CLI::App* AddInfo(CLI::App& app, CommandLine& line) {
 }
 
 CLI::App* AddFormats(CLI::App& app, CommandLine& line) {
-  CLI::App* const command = app.add_subcommand("formats", "List the pixel formats that pictures may have");
-  command->add_flag("--json", line.formats.json, "As JSON: an array of objects");
+  CLI::App* const command =
+      app.add_subcommand("formats", "List the formats of pictures and frames, and what goes into what");
+  command->add_flag(
+      "--matrix", line.formats.matrix,
+      "The table of pixel formats and frame formats: what is encoded from what, and decoded to what");
+  command->add_flag("--json", line.formats.json,
+                    "As JSON: an object with the arrays pixelFormats, frameFormats and pairs");
   command->footer(
       "bytes: of a pixel, or of as many pixels as a unit has; rows hold whole units. Rows of raw files "
       "follow "

@@ -1,11 +1,14 @@
-// vorel formats: the pixel formats that pictures may have, for people or as JSON.
+// vorel formats: the formats of pictures and frames, and what goes into what, for people or as JSON.
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <nlohmann/json.hpp>
 
+#include "container/atoms.h"
 #include "tool/commands.h"
+#include "tool/format_matrix.h"
+#include "tool/frame_format.h"
 #include "vorel/pixel_formats.h"
 
 namespace vorel::tool {
@@ -20,7 +23,7 @@ std::vector<VorelPixelFormatInfo> AllFormats() {
   return {formats, formats + count};
 }
 
-Json FormatsAsJson() {
+Json PixelFormatsAsJson() {
   Json all = Json::array();
   for (const VorelPixelFormatInfo& format : AllFormats()) {
     all.push_back({{"name", format.name},
@@ -33,6 +36,37 @@ Json FormatsAsJson() {
                    {"layout", format.layout}});
   }
   return all;
+}
+
+Json FrameFormatsAsJson() {
+  Json all = Json::array();
+  for (const u32 tag : AllFrameTags()) {
+    all.push_back({{"tag", TagText(tag)},
+                   {"word", tag},
+                   {"name", FormatNameOfTag(tag)},
+                   {"codec", container::CodeText(CodecOfTag(tag))},
+                   {"alpha", TagHasAlpha(tag)},
+                   {"pixelBits", PixelBitsOfTag(tag)}});
+  }
+  return all;
+}
+
+Json PairsAsJson() {
+  Json all = Json::array();
+  for (const FormatPair& pair : AllPairs()) {
+    all.push_back({{"pixelFormat", pair.pixels->name},
+                   {"tag", TagText(pair.tag)},
+                   {"encode", !pair.codecs.empty()},
+                   {"decode", pair.isDecoded},
+                   {"codecs", pair.codecs}});
+  }
+  return all;
+}
+
+Json FormatsAsJson() {
+  return {{"pixelFormats", PixelFormatsAsJson()},
+          {"frameFormats", FrameFormatsAsJson()},
+          {"pairs", PairsAsJson()}};
 }
 
 // "4", "4 for 2" pixels.
@@ -70,6 +104,8 @@ void PrintFormats() {
 bool RunFormats(const FormatsOptions& options, Console& console) {
   if (options.json) {
     std::printf("%s\n", FormatsAsJson().dump(2).c_str());
+  } else if (options.matrix) {
+    PrintMatrix();
   } else {
     PrintFormats();
   }

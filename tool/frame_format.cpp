@@ -5,6 +5,7 @@
 
 #include "base/bytes.h"
 #include "base/problem.h"
+#include "frame/dispatch.h"
 #include "frame/frame_tags.h"
 #include "frame/tag_rules.h"
 #include "vorel/pixel_formats.h"
@@ -73,8 +74,11 @@ const OutputRow& OutputOfTag(u32 tag) {
   return kUnknownOutput;
 }
 
-bool MakesOwnFrames(const CodecRow& codec, u32 tag) {
-  return tag != 0 && (codec.subtype == 0 || FamilyOfTag(tag) == codec.subtype);
+// The tag of the frames of its own that a codec makes of such pictures; 0 if it makes none.
+u32 OwnTag(const CodecRow& codec, u32 pixelFormat, u32 formatChoice) {
+  if (FindEncoder(codec.family, pixelFormat, formatChoice) == nullptr) return 0;
+  const u32 tag = ChooseTag(codec.family, pixelFormat, formatChoice);
+  return codec.subtype == 0 || FamilyOfTag(tag) == codec.subtype ? tag : 0;
 }
 
 const CodecRow& RowOfFamily(VorelFamily family) {
@@ -99,7 +103,7 @@ Problem NotTaken(const CodecRow& codec, u32 pixelFormat, const std::string& name
   const std::string pictures = "'" + PixelFormatName(pixelFormat) + "'";
   std::string others;
   for (const CodecRow& row : kCodecs) {
-    if (!MakesOwnFrames(row, ChooseTag(row.family, pixelFormat, 0))) continue;
+    if (OwnTag(row, pixelFormat, 0) == 0) continue;
     AddPart(others, row.name);
   }
   if (others.empty())
@@ -146,14 +150,27 @@ std::string CodecNames() {
   return names;
 }
 
+std::vector<std::string> CodecsOfPair(u32 pixelFormat, u32 tag) {
+  std::vector<std::string> names;
+  for (const CodecRow& codec : kCodecs) {
+    for (const u32 formatChoice :
+         {0u, u32{VOREL_KEEP_ALPHA}, u32{VOREL_INTERLACED}, u32{VOREL_KEEP_ALPHA | VOREL_INTERLACED}}) {
+      if (OwnTag(codec, pixelFormat, formatChoice) != tag) continue;
+      names.emplace_back(codec.name);
+      break;
+    }
+  }
+  return names;
+}
+
 FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily family, bool keepAlpha,
                          u32 colourStandard, const std::string& name) {
   u32 formatChoice = 0;
   if (keepAlpha && !format.isOpaque) formatChoice |= VOREL_KEEP_ALPHA;
   if (IsInterlaced(format.scan)) formatChoice |= VOREL_INTERLACED;
-  const u32 tag = ChooseTag(family, format.pixelFormat, formatChoice);
   const CodecRow& codec = RowOfFamily(family);
-  if (!MakesOwnFrames(codec, tag)) throw NotTaken(codec, format.pixelFormat, name);
+  const u32 tag = OwnTag(codec, format.pixelFormat, formatChoice);
+  if (tag == 0) throw NotTaken(codec, format.pixelFormat, name);
   return {family, formatChoice, colourStandard, tag};
 }
 

@@ -24,6 +24,9 @@ bool ReadCodec(const std::string& name, VorelFamily& family);
 // "auto, ycbcr-8bv-422, ...".
 std::string CodecNames();
 
+// The codecs, by name, that make frames with this tag of pictures in this pixel format.
+std::vector<std::string> CodecsOfPair(u32 pixelFormat, u32 tag);
+
 // How all pictures of a clip are coded.
 struct FrameCoding {
   VorelFamily family;

@@ -61,6 +61,7 @@ struct InfoOptions {
 
 struct FormatsOptions {
   bool json = false;
+  bool matrix = false;  // what goes into what, in place of the list
 };
 
 }  // namespace vorel::tool

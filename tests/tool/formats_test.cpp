@@ -25,7 +25,7 @@ TEST(Formats, JsonTellsWhatStandsWhere) {
   const TestFolder folder;
   const Outcome outcome = RunVorel(folder, {"formats", "--json"});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  const Json formats = Json::parse(outcome.out);
+  const Json formats = Json::parse(outcome.out)["pixelFormats"];
   EXPECT_EQ(formats.size(), 28u);
   const Json v210 = FormatNamed(formats, "v210");
   EXPECT_EQ(v210["code"], 0x76323130);
