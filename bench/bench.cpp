@@ -1,4 +1,4 @@
-// Speed of the frame routines, one thread, beside memcpy in the same run.
+// Speed of the frame routines, one thread, beside memcpy and other lossless formats in the same run.
 //
 //   vorel-bench [--corpus=FOLDER] [--members=LIST] [options of Google Benchmark]
 //
@@ -14,13 +14,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
-#include <limits>
 #include <sstream>
 #include <stdexcept>
 
-#include "bench/clock.h"
 #include "bench/conversions.h"
-#include "bench/pictures.h"
+#include "bench/measure.h"
+#include "bench/peers.h"
 #include "frame/catalogue.h"
 #include "frame/frame_bounds.h"
 #include "pixel/conversion_table.h"
@@ -57,47 +56,6 @@ Member FindMember(const std::string& name) {
   if (member.encode == nullptr || member.decode == nullptr)
     throw std::runtime_error(name + ": not a frame format and a pixel format that go both ways");
   return member;
-}
-
-// A sequence in the pixel format of a member.
-struct Job {
-  const Sequence* sequence;
-  std::vector<std::vector<u8>> pictures;
-  i32 rowBytes;
-};
-
-// The jobs of one pixel format; pictures of only one stay in memory.
-const std::vector<Job>& JobsOf(const std::vector<const Sequence*>& sequences, const std::string& pixelName) {
-  static std::vector<Job> jobs;
-  static std::string made;
-  const std::string key = pixelName + std::to_string(sequences.size()) + sequences[0]->name;
-  if (made != key) {
-    jobs.clear();
-    for (const Sequence* sequence : sequences) {
-      std::vector<std::vector<u8>> pictures = InPixelFormat(*sequence, pixelName);
-      const i32 rowBytes = static_cast<i32>(pictures[0].size() / sequence->height);
-      jobs.push_back({sequence, std::move(pictures), rowBytes});
-    }
-    made = key;
-  }
-  return jobs;
-}
-
-// One step of a chain of dependent additions, the fastest of some runs just now: clocks change.
-double SecondsPerCycle() {
-  double least = 1;
-  for (int run = 0; run < 20; ++run) {
-    constexpr int kSteps = 2000000;
-    const double start = Now();
-    u64 value = 0;
-    for (int i = 0; i < kSteps / 8; ++i) {
-      asm volatile(
-          "add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0"
-          : "+r"(value));
-    }
-    least = std::min(least, (Now() - start) / kSteps);
-  }
-  return least;
 }
 
 // Frames of one sequence.
@@ -156,58 +114,13 @@ CodedSequence Code(const Member& member, const Job& job) {
   return coded;
 }
 
-// Pictures of all jobs, one after another.
-struct Item {
-  const Job* job;
-  std::size_t number;  // of the picture in its sequence
-};
-
-std::vector<Item> ItemsOf(const std::vector<Job>& jobs) {
-  std::vector<Item> items;
-  for (const Job& job : jobs) {
-    for (std::size_t i = 0; i < job.pictures.size(); ++i) items.push_back({&job, i});
-  }
-  return items;
-}
-
-// Runs `once` on every picture until the benchmark has had enough, and reports the sum of the fastest time of
-// each.
-template <typename Once>
-void Measure(benchmark::State& state, const std::vector<Item>& items, std::size_t codedBytes, Once once) {
-  std::vector<double> fastest(items.size(), std::numeric_limits<double>::max());
-  double cycle = SecondsPerCycle();
-  for (auto unused : state) {
-    for (std::size_t i = 0; i < items.size(); ++i) {
-      const double start = Now();
-      once(i);
-      benchmark::ClobberMemory();
-      fastest[i] = std::min(fastest[i], Now() - start);
-    }
-  }
-  cycle = std::min(cycle, SecondsPerCycle());
-  double seconds = 0;
-  double pixels = 0;
-  double bytes = 0;
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const Sequence& sequence = *items[i].job->sequence;
-    seconds += fastest[i];
-    pixels += static_cast<double>(sequence.width) * sequence.height;
-    bytes += static_cast<double>(items[i].job->pictures[items[i].number].size());
-  }
-  state.counters["MB/s"] = bytes / 1e6 / seconds;
-  state.counters["ns/px"] = seconds * 1e9 / pixels;
-  state.counters["cycles/px"] = seconds / cycle / pixels;
-  if (codedBytes > 0) state.counters["ratio"] = bytes / static_cast<double>(codedBytes);
-}
-
 void Copy(benchmark::State& state, const Member& member, const std::vector<const Sequence*>& sequences) {
   const std::vector<Job>& jobs = JobsOf(sequences, member.pixelName);
   const std::vector<Item> items = ItemsOf(jobs);
   std::vector<u8> target;
-  for (const Item& item : items)
-    target.resize(std::max(target.size(), item.job->pictures[item.number].size()));
+  for (const Item& item : items) target.resize(std::max(target.size(), PictureOf(item).size()));
   Measure(state, items, 0, [&](std::size_t i) {
-    const std::vector<u8>& picture = items[i].job->pictures[items[i].number];
+    const std::vector<u8>& picture = PictureOf(items[i]);
     std::memcpy(target.data(), picture.data(), picture.size());
     benchmark::DoNotOptimize(target.data());
   });
@@ -234,8 +147,7 @@ void Encode(benchmark::State& state, const Member& member, const std::vector<con
   u32 word = 0;
   u32 bit = 0;
   Measure(state, items, coded, [&](std::size_t i) {
-    Run(*member.encode, *items[i].job, items[i].job->pictures[items[i].number].data(), frames[i], scratch,
-        word, bit);
+    Run(*member.encode, *items[i].job, PictureOf(items[i]).data(), frames[i], scratch, word, bit);
   });
 }
 
@@ -303,6 +215,7 @@ int Main(int count, char** arguments) {
       if (all.size() > 1) Register(member, sequence->name, {sequence});
     }
   }
+  RegisterPeers("all", all);
   RegisterConversions();
   benchmark::AddCustomContext("cycle", std::to_string(SecondsPerCycle() * 1e9) + " ns");
   benchmark::RunSpecifiedBenchmarks();

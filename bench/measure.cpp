@@ -1,0 +1,63 @@
+#include "bench/measure.h"
+
+namespace vorel::bench {
+
+const std::vector<Job>& JobsOf(const std::vector<const Sequence*>& sequences, const std::string& pixelName) {
+  static std::vector<Job> jobs;
+  static std::string made;
+  const std::string key = pixelName + std::to_string(sequences.size()) + sequences[0]->name;
+  if (made != key) {
+    jobs.clear();
+    for (const Sequence* sequence : sequences) {
+      std::vector<std::vector<u8>> pictures = InPixelFormat(*sequence, pixelName);
+      const i32 rowBytes = static_cast<i32>(pictures[0].size() / sequence->height);
+      jobs.push_back({sequence, std::move(pictures), rowBytes});
+    }
+    made = key;
+  }
+  return jobs;
+}
+
+std::vector<Item> ItemsOf(const std::vector<Job>& jobs) {
+  std::vector<Item> items;
+  for (const Job& job : jobs) {
+    for (std::size_t i = 0; i < job.pictures.size(); ++i) items.push_back({&job, i});
+  }
+  return items;
+}
+
+// The fastest of some runs just now: clocks change.
+double SecondsPerCycle() {
+  double least = 1;
+  for (int run = 0; run < 20; ++run) {
+    constexpr int kSteps = 2000000;
+    const double start = Now();
+    u64 value = 0;
+    for (int i = 0; i < kSteps / 8; ++i) {
+      asm volatile(
+          "add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0"
+          : "+r"(value));
+    }
+    least = std::min(least, (Now() - start) / kSteps);
+  }
+  return least;
+}
+
+void Report(benchmark::State& state, const std::vector<Item>& items, const std::vector<double>& fastest,
+            double cycle, std::size_t codedBytes) {
+  double seconds = 0;
+  double pixels = 0;
+  double bytes = 0;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const Sequence& sequence = *items[i].job->sequence;
+    seconds += fastest[i];
+    pixels += static_cast<double>(sequence.width) * sequence.height;
+    bytes += static_cast<double>(PictureOf(items[i]).size());
+  }
+  state.counters["MB/s"] = bytes / 1e6 / seconds;
+  state.counters["ns/px"] = seconds * 1e9 / pixels;
+  state.counters["cycles/px"] = seconds / cycle / pixels;
+  if (codedBytes > 0) state.counters["ratio"] = bytes / static_cast<double>(codedBytes);
+}
+
+}  // namespace vorel::bench
