@@ -56,6 +56,9 @@ struct PngReading {
   bool hasAlpha = false;
   bool isDeep = false;
   bool hasProfile = false;
+  bool hasSrgb = false;
+  bool hasGamma = false;
+  bool hasPrimaries = false;
   int passes = 1;
   u8* rows = nullptr;
   std::size_t rowBytes = 0;
@@ -83,7 +86,11 @@ void ReadHeader(PngReading& reading) {
   reading.storedBytes = u64{png_get_rowbytes(reading.png, reading.info)} * reading.height;
   reading.hasAlpha = (colour & PNG_COLOR_MASK_ALPHA) != 0 || isTransparent;
   reading.isDeep = png_get_bit_depth(reading.png, reading.info) == 16;
-  reading.hasProfile = png_get_valid(reading.png, reading.info, PNG_INFO_iCCP) != 0;
+  const auto has = [&reading](u32 chunk) { return png_get_valid(reading.png, reading.info, chunk) != 0; };
+  reading.hasProfile = has(PNG_INFO_iCCP);
+  reading.hasSrgb = has(PNG_INFO_sRGB);
+  reading.hasGamma = has(PNG_INFO_gAMA);
+  reading.hasPrimaries = has(PNG_INFO_cHRM);
   png_set_expand(reading.png);
   if ((colour & PNG_COLOR_MASK_COLOR) == 0) png_set_gray_to_rgb(reading.png);
   if (reading.isDeep && reading.hasAlpha) png_set_swap_alpha(reading.png);
@@ -103,6 +110,15 @@ void ReadRows(PngReading& reading) {
 [[noreturn]] void ThrowUnreadable(const PngReading& reading, const std::string& name) {
   throw Problem{std::string("the PNG file cannot be read: ") + reading.failure.message, name,
                 "the file is damaged or not complete"};
+}
+
+// What a file says of its colours. A profile, and sRGB, stand for gamma and primaries too.
+std::string ColourText(const PngReading& reading) {
+  if (reading.hasProfile) return "the colour profile";
+  if (reading.hasSrgb) return "that colours are sRGB";
+  if (reading.hasGamma && reading.hasPrimaries) return "gamma and primaries";
+  if (reading.hasGamma) return "gamma";
+  return reading.hasPrimaries ? "primaries" : "";
 }
 
 ClipFormat OpenPng(PngReading& reading, const std::string& name) {
@@ -179,7 +195,7 @@ PictureFileHeader DescribePng(const StoredPicture& file, const std::string& name
   PngReading reading(file);
   PictureFileHeader header;
   header.format = OpenPng(reading, name);
-  if (reading.hasProfile) header.unkept = "the colour profile";
+  header.unkept = ColourText(reading);
   return header;
 }
 

@@ -35,24 +35,6 @@ std::size_t ReadPlaces(const std::string& text, std::size_t at, SequencePattern&
   return end + 1;
 }
 
-// Ascending.
-std::vector<u64> NumbersInFolder(const SequencePattern& pattern) {
-  namespace fs = std::filesystem;
-  std::vector<u64> numbers;
-  std::error_code failure;
-  fs::directory_iterator entry(pattern.folder.empty() ? "." : pattern.folder, failure);
-  for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
-    const std::optional<u64> number = SequenceNumber(pattern, entry->path().filename().string());
-    if (number) numbers.push_back(*number);
-  }
-  if (failure) {
-    throw Problem{"cannot list the folder: " + failure.message(),
-                  pattern.folder.empty() ? "." : pattern.folder, ""};
-  }
-  std::sort(numbers.begin(), numbers.end());
-  return numbers;
-}
-
 }  // namespace
 
 bool LooksLikeSequence(const std::string& path) {
@@ -89,7 +71,18 @@ SequencePattern ReadSequencePattern(const std::string& path) {
   return pattern;
 }
 
+SequencePattern PatternOfStill(const std::string& path) {
+  const std::size_t name = path.rfind('/') + 1;
+  SequencePattern pattern;
+  pattern.text = path;
+  pattern.folder = path.substr(0, name);
+  pattern.before = path.substr(name);
+  pattern.isStill = true;
+  return pattern;
+}
+
 std::string SequencePath(const SequencePattern& pattern, u64 number) {
+  if (pattern.isStill) return pattern.folder + pattern.before;
   std::string digits = std::to_string(number);
   if (digits.size() < pattern.digits) digits.insert(0, pattern.digits - digits.size(), pattern.filler);
   return pattern.folder + pattern.before + digits + pattern.after;
@@ -110,6 +103,23 @@ std::optional<u64> SequenceNumber(const SequencePattern& pattern, const std::str
   if (result.ec != std::errc{} || result.ptr != end || number > kLargestSequenceNumber) return std::nullopt;
   if (SequencePath(pattern, number) != pattern.folder + fileName) return std::nullopt;
   return number;
+}
+
+std::vector<u64> NumbersInFolder(const SequencePattern& pattern) {
+  namespace fs = std::filesystem;
+  std::vector<u64> numbers;
+  std::error_code failure;
+  fs::directory_iterator entry(pattern.folder.empty() ? "." : pattern.folder, failure);
+  for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+    const std::optional<u64> number = SequenceNumber(pattern, entry->path().filename().string());
+    if (number) numbers.push_back(*number);
+  }
+  if (failure) {
+    throw Problem{"cannot list the folder: " + failure.message(),
+                  pattern.folder.empty() ? "." : pattern.folder, ""};
+  }
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
 }
 
 PictureFiles FindSequence(const SequencePattern& pattern, std::optional<u64> start) {

@@ -13,12 +13,13 @@
 namespace vorel::picture_io {
 
 struct SequencePattern {
-  std::string text;    // as it was given
-  std::string folder;  // "" or with its slash at the end
-  std::string before;  // of the file name: what stands before the number,
-  std::string after;   // and what stands behind it
-  u32 digits = 0;      // a number takes at least so many places,
-  char filler = '0';   // which are filled with these
+  std::string text;      // as it was given
+  std::string folder;    // "" or with its slash at the end
+  std::string before;    // of the file name: what stands before the number,
+  std::string after;     // and what stands behind it
+  u32 digits = 0;        // a number takes at least so many places,
+  char filler = '0';     // which are filled with these
+  bool isStill = false;  // no number: the name of one file
 };
 
 // Numbers have at most 18 digits, places included.
@@ -31,11 +32,17 @@ bool LooksLikeSequence(const std::string& path);
 // Reads a pattern: one number, in the name of the file. Throws Problem.
 SequencePattern ReadSequencePattern(const std::string& path);
 
+// The name of one file, whatever is in it, as the pattern of a sequence of one picture.
+SequencePattern PatternOfStill(const std::string& path);
+
 // The path of one file.
 std::string SequencePath(const SequencePattern& pattern, u64 number);
 
 // The number that the pattern gives this file name for; nothing for the name of another file.
 std::optional<u64> SequenceNumber(const SequencePattern& pattern, const std::string& fileName);
+
+// The numbers of the files that the folder has now, ascending. Throws Problem if it cannot be listed.
+std::vector<u64> NumbersInFolder(const SequencePattern& pattern);
 
 // Files with one picture each, in order.
 struct PictureFiles {

@@ -157,7 +157,15 @@ TEST(Png, GammaAndPrimariesAreNotApplied) {
   Append(chunks,
          Chunk("cHRM", Bytes("00007a25 000080e8 0000fa00 000080e8 00007530 0000ea60 00003a98 00001770")));
   Append(chunks, Chunk("sBIT", Bytes("050505")));
-  ExpectPicture(PngFile(form, chunks, Bytes("00 408010 c0207f")), form, 24, "408010 c0207f");
+  const StoredPicture file = PngFile(form, chunks, Bytes("00 408010 c0207f"));
+  ExpectPicture(file, form, 24, "408010 c0207f");
+  EXPECT_EQ(DescribePng(file, "a file").unkept, "gamma and primaries");
+  const auto unkeptOf = [form](const StoredPicture& chunk) {
+    return DescribePng(PngFile(form, chunk, Bytes("00 408010 c0207f")), "a file").unkept;
+  };
+  EXPECT_EQ(unkeptOf(Chunk("gAMA", Bytes("0000b18f"))), "gamma");
+  EXPECT_EQ(unkeptOf(Chunk("sRGB", Bytes("00"))), "that colours are sRGB");
+  EXPECT_EQ(unkeptOf(Chunk("sBIT", Bytes("050505"))), "");
 }
 
 // A picture of 3 x 3 in the passes of Adam7: pass 1 has (0,0); 4 has (2,0) in its row; 5 has row 2, columns 0

@@ -150,6 +150,20 @@ TEST_F(SequenceFolder, WithoutFilesThereIsNoSequence) {
             folder + "a%d.png: no file has a name of this sequence (look at the folder and the digits)");
 }
 
+TEST(SequencePattern, StillIsOneFileWhateverItsNumber) {
+  const SequencePattern still = PatternOfStill("x/50%d.png");
+  EXPECT_EQ(still.text, "x/50%d.png");
+  EXPECT_EQ(still.folder, "x/");
+  EXPECT_EQ(SequencePath(still, 0), "x/50%d.png");
+  EXPECT_EQ(SequencePath(still, 7), "x/50%d.png");
+}
+
+TEST_F(SequenceFolder, NumbersAreThoseOfThePatternAlone) {
+  Make({"a10.png", "a9.png", "a09.png", "b1.png", "a1.tif", "a.png"});
+  EXPECT_EQ(NumbersInFolder(ReadSequencePattern(folder + "a%d.png")), (std::vector<u64>{9, 10}));
+  EXPECT_EQ(NumbersInFolder(ReadSequencePattern(folder + "c%d.png")), std::vector<u64>{});
+}
+
 TEST_F(SequenceFolder, FolderThatIsNotThereIsNamed) {
   EXPECT_EQ(Refusal("none/a%d.png"), folder + "none/: cannot list the folder: No such file or directory ()");
 }
