@@ -38,10 +38,9 @@ u32 RowStoreBytesOfTag(u32 tag, u32 width) {
 
 u32 RowStoreBytes(u32 width) {
   u32 most = 0;
-  for (const FrameLayout* layout :
-       {&RGB10bf, &RGBA10bf, &RGB8bf, &RGBA8bf, &YCbCr10bv444, &YCbCrA10bv4444, &YCbCr8bv444, &YCbCrA8bv4444,
-        &YCbCr8bu444, &YCbCrA8bu4444, &YCbCr10bv422, &YCbCrA10bv4224, &YCbCr8bv422, &YCbCrA8bv4224,
-        &YCbCr8bw422}) {
+  for (const FrameLayout* layout : {&RGB10bf, &RGBA10bf, &RGB8bf, &RGBA8bf, &YCbCr10bv444, &YCbCrA10bv4444,
+                                    &YCbCr8bv444, &YCbCrA8bv4444, &YCbCr8bu444, &YCbCrA8bu4444, &YCbCr10bv422,
+                                    &YCbCrA10bv4224, &YCbCr8bv422, &YCbCrA8bv4224, &YCbCr8bw422}) {
     most = std::max(most, RowStoreBytesOfLayout(*layout, width));
   }
   return most;

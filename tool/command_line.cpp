@@ -112,6 +112,14 @@ void AddCoding(CLI::App& command, EncodeOptions& encode) {
             return encode.keepAlpha || text == "drop";
           });
   AddRead(
+      command, "--conversion", "CONVERSION",
+      "any, the default: what frames don't hold of pictures is said in a note; or perfect: such pictures are "
+      "refused, by their pixel format, before anything is written",
+      "one of any and perfect", [&encode](const std::string& text) {
+        encode.conversion = text == "perfect" ? Conversion::perfect : Conversion::any;
+        return text == "any" || text == "perfect";
+      });
+  AddRead(
       command, "--standard", "STANDARD",
       "The colour standard that the movie tells and that R'G'B' is converted by: ntsc, pal, hd, hd1035 or "
       "unknown; otherwise hd from 720 rows on, ntsc below",

@@ -6,6 +6,7 @@
 #include "picture_io/y4m.h"
 #include "tool/clips.h"
 #include "tool/commands.h"
+#include "tool/fidelity.h"
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
 #include "tool/targets.h"

@@ -7,6 +7,7 @@
 #include "tool/clips.h"
 #include "tool/colour_standard.h"
 #include "tool/commands.h"
+#include "tool/fidelity.h"
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
 #include "tool/targets.h"
@@ -46,11 +47,24 @@ container::MovieSettings SettingsFor(const PictureSource& source, bool force) {
   return settings;
 }
 
+// Samples of YUV4MPEG2 have fewer bits than the words that they stand in.
+u32 SampleBitsOf(const PictureSource& source, const EncodeOptions& options) {
+  const u32 planeBits = picture_io::PlaneBits(source.format.pixelFormat);
+  return options.source.pixelFormat || planeBits == 0
+             ? VorelFindPixelFormat(source.format.pixelFormat)->sampleBits
+             : planeBits;
+}
+
+void RefuseLosses(const PictureSource& source, u32 sampleBits, const FrameCoding& coding) {
+  if (HoldsPictures(source.format, sampleBits, coding.tag)) return;
+  throw Problem{"frames of format " + FormatNameOfTag(coding.tag) + " do not keep " +
+                    UnkeptOfPictures(source.format, sampleBits, coding.tag) +
+                    ", and --conversion perfect allows no loss",
+                source.name, WayToHoldPictures(source.format, sampleBits, coding)};
+}
+
 // What the movie won't hold of its source: from the header, and from the pictures.
-std::string UnkeptOfSource(const PictureSource& source, const EncodeOptions& options, u32 tag) {
-  const u32 pixelFormat = source.format.pixelFormat;
-  const u32 sampleBits = options.source.pixelFormat ? VorelFindPixelFormat(pixelFormat)->sampleBits
-                                                    : picture_io::PlaneBits(pixelFormat);
+std::string UnkeptOfSource(const PictureSource& source, u32 sampleBits, u32 tag) {
   const std::string ofPictures = UnkeptOfPictures(source.format, sampleBits, tag);
   return source.unkept + (source.unkept.empty() || ofPictures.empty() ? "" : ", ") + ofPictures;
 }
@@ -79,9 +93,11 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
   const ClipFormat& format = source.format;
   const u32 standard = options.colourStandard.value_or(StandardForHeight(format.height));
   const FrameCoding coding = CodingOfClip(format, options.family, options.keepAlpha, standard, source.name);
+  const u32 sampleBits = SampleBitsOf(source, options);
+  if (options.conversion == Conversion::perfect) RefuseLosses(source, sampleBits, coding);
   MovieTarget target;
   OpenMovieTarget(target, output, SettingsFor(source, options.force));
-  if (const std::string unkept = UnkeptOfSource(source, options, coding.tag); !unkept.empty())
+  if (const std::string unkept = UnkeptOfSource(source, sampleBits, coding.tag); !unkept.empty())
     Note(console, source.name + ": the movie does not keep " + unkept);
 
   const u64 pictureBytes = RawPictureBytes(format);

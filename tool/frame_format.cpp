@@ -92,20 +92,10 @@ void AddPart(std::string& list, const std::string& part) {
   list += (list.empty() ? "" : ", ") + part;
 }
 
-void AddDroppedBits(std::string& list, u32 had, u32 kept) {
-  if (had <= kept) return;
-  AddPart(list,
-          "the lower " + std::to_string(had - kept) + " of " + std::to_string(had) + " bits of a sample");
-}
-
 // Advice where a codec doesn't take a pixel format: those that do.
 Problem NotTaken(const CodecRow& codec, u32 pixelFormat, const std::string& name) {
   const std::string pictures = "'" + PixelFormatName(pixelFormat) + "'";
-  std::string others;
-  for (const CodecRow& row : kCodecs) {
-    if (OwnTag(row, pixelFormat, 0) == 0) continue;
-    AddPart(others, row.name);
-  }
+  const std::string others = CodecsThat(pixelFormat, 0, [](u32) { return true; });
   if (others.empty())
     return {pictures + " is only written", name, "choose one that is read too, such as 24 or BGRA"};
   return {std::string("codec ") + codec.name + " has no frames for " + pictures + " pictures", name,
@@ -163,6 +153,15 @@ std::vector<std::string> CodecsOfPair(u32 pixelFormat, u32 tag) {
   return names;
 }
 
+std::string CodecsThat(u32 pixelFormat, u32 formatChoice, const std::function<bool(u32 tag)>& isWanted) {
+  std::string names;
+  for (const CodecRow& row : kCodecs) {
+    const u32 tag = OwnTag(row, pixelFormat, formatChoice);
+    if (tag != 0 && isWanted(tag)) AddPart(names, row.name);
+  }
+  return names;
+}
+
 FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily family, bool keepAlpha,
                          u32 colourStandard, const std::string& name) {
   u32 formatChoice = 0;
@@ -172,36 +171,6 @@ FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily famil
   const u32 tag = OwnTag(codec, format.pixelFormat, formatChoice);
   if (tag == 0) throw NotTaken(codec, format.pixelFormat, name);
   return {family, formatChoice, colourStandard, tag};
-}
-
-std::string UnkeptOfPictures(const picture_io::ClipFormat& format, u32 sampleBits, u32 tag) {
-  const u32 pixelFormat = format.pixelFormat;
-  const VorelPixelFormatInfo* const pixels = VorelFindPixelFormat(pixelFormat);
-  const FrameLayout* const layout = LayoutOfTag(tag).layout;
-  if (pixels == nullptr || layout == nullptr) return "";
-  const FrameLayout* const natural = LayoutOfTag(ChooseTag(VOREL_GENERIC, pixelFormat, 0)).layout;
-  std::string unkept;
-  if (natural != nullptr && natural->samples.model != layout->samples.model) {
-    const bool isRgb = natural->samples.model == ColourModel::rgb;
-    AddPart(unkept, isRgb ? "R'G'B' (it becomes Y'CbCr)" : "Y'CbCr (it becomes R'G'B')");
-  }
-  AddDroppedBits(unkept, sampleBits, layout->samples.bits);
-  if (pixels->unitPixels == 1 && layout->samples.unit == Unit::pair)
-    AddPart(unkept, "the chroma of every pixel");
-  if (pixels->hasAlpha != 0 && !format.isOpaque && !layout->samples.alpha) AddPart(unkept, "alpha");
-  return unkept;
-}
-
-std::string UnkeptOfFrames(u32 tag, u32 pixelFormat) {
-  const VorelPixelFormatInfo* const pixels = VorelFindPixelFormat(pixelFormat);
-  const FrameLayout* const layout = LayoutOfTag(tag).layout;
-  if (pixels == nullptr || layout == nullptr) return "";
-  std::string unkept;
-  AddDroppedBits(unkept, layout->samples.bits, pixels->sampleBits);
-  if (layout->samples.unit == Unit::pixel && pixels->unitPixels > 1)
-    AddPart(unkept, "the chroma of every pixel");
-  if (layout->samples.alpha && pixels->hasAlpha == 0) AddPart(unkept, "alpha");
-  return unkept;
 }
 
 u32 RawFormatOfTag(u32 tag) {

@@ -1,5 +1,6 @@
 // Frame formats and pixel formats by name, and which goes into which.
 #pragma once
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ std::string CodecNames();
 
 // The codecs, by name, that make frames with this tag of pictures in this pixel format.
 std::vector<std::string> CodecsOfPair(u32 pixelFormat, u32 tag);
+// Names of the codecs whose own frames for this pixel format, made with `formatChoice`, have a wanted tag.
+std::string CodecsThat(u32 pixelFormat, u32 formatChoice, const std::function<bool(u32 tag)>& isWanted);
 
 // How all pictures of a clip are coded.
 struct FrameCoding {
@@ -38,13 +41,6 @@ struct FrameCoding {
 // Throws Problem that names `name` if the family has no frames of its own for pictures of this pixel format.
 FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily family, bool keepAlpha,
                          u32 colourStandard, const std::string& name);
-
-// What frames with this tag cannot hold of a clip's pictures that have `sampleBits` bits in a sample; usually
-// empty.
-std::string UnkeptOfPictures(const picture_io::ClipFormat& format, u32 sampleBits, u32 tag);
-
-// What pictures of this pixel format cannot hold of frames with this tag; usually empty.
-std::string UnkeptOfFrames(u32 tag, u32 pixelFormat);
 
 // The pixel formats that frames with this tag come out as, in raw files and in YUV4MPEG2 files; '2vuy' for an
 // unknown tag, 0 where YUV4MPEG2 has none.

@@ -25,12 +25,16 @@ struct SourceOptions {
   std::optional<picture_io::ScanOrder> scan;
 };
 
+// Which losses are allowed where frames don't hold pictures whole.
+enum class Conversion : u8 { any, perfect };
+
 struct EncodeOptions {
   std::vector<std::string> inputs;  // "-" is stdin
   std::string output;               // empty: named after the input
   SourceOptions source;
   VorelFamily family = VOREL_GENERIC;
   bool keepAlpha = true;
+  Conversion conversion = Conversion::any;
   std::optional<u32> colourStandard;  // unset: by the height
   bool force = false;
   u32 threads = 0;  // 0: one for each processor

@@ -43,6 +43,7 @@ TEST(CommandLine, WhatCannotBeMeantHasStatusTwoAndMakesNothing) {
       {"encode", "--pixel-format", "yuvu", "--size", "2x2", "--rate", "0", "a.yuv"},
       {"encode", "--scan", "sideways", "a.y4m"},
       {"encode", "a.mov"},
+      {"encode", "--conversion", "good", "a.y4m"},
       {"decode", "--format", "png", "a.mov"},
       {"decode", "--pixel-format", "rgb", "a.mov"},
       {"decode", "--pixel-format", "v210", "--format", "y4m", "a.mov"},

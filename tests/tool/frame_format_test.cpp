@@ -5,6 +5,7 @@
 
 #include "base/bytes.h"
 #include "base/problem.h"
+#include "tool/fidelity.h"
 
 namespace vorel::tool {
 
@@ -21,11 +22,6 @@ u32 TagFor(u32 pixelFormat, VorelFamily family, bool keepAlpha, picture_io::Scan
 
 u32 TagFor(u32 pixelFormat, VorelFamily family) {
   return TagFor(pixelFormat, family, true, picture_io::ScanOrder::progressive);
-}
-
-std::string UnkeptOfPictures(u32 pixelFormat, u32 sampleBits, u32 tag) {
-  return tool::UnkeptOfPictures({pixelFormat, 64, 48, {25, 1}, picture_io::ScanOrder::unknown, {}},
-                                sampleBits, tag);
 }
 
 std::string Refusal(u32 pixelFormat, VorelFamily family) {
@@ -89,34 +85,6 @@ TEST(CodingOfClip, FramesOfAnotherFamilyAreRefused) {
   EXPECT_EQ(Refusal(kCode("yuvu"), VOREL_YCBCR_8BV_422),
             "codec ycbcr-8bv-422 has no frames for 'yuvu' pictures "
             "(choose another with --codec: auto, ycbcr-8bw-422)");
-}
-
-TEST(UnkeptOfPictures, NaturalFramesKeepEverything) {
-  EXPECT_EQ(UnkeptOfPictures(kCode("2vuy"), 8, WordOfBytes("BYRY")), "");
-  EXPECT_EQ(UnkeptOfPictures(kCode("v210"), 10, WordOfBytes("\xA2YRY")), "");
-  EXPECT_EQ(UnkeptOfPictures(kCode("v216"), 10, WordOfBytes("\xA2YRY")), "");
-  EXPECT_EQ(UnkeptOfPictures(kCode("yuvu"), 8, WordOfBytes("Ybyr")), "");
-  EXPECT_EQ(UnkeptOfPictures(32, 8, WordOfBytes("ARGB")), "");
-}
-
-TEST(UnkeptOfPictures, EachLossIsSaid) {
-  EXPECT_EQ(UnkeptOfPictures(kCode("v210"), 10, WordOfBytes("BYRY")), "the lower 2 of 10 bits of a sample");
-  EXPECT_EQ(UnkeptOfPictures(kCode("v216"), 16, WordOfBytes("\xA2YRY")),
-            "the lower 6 of 16 bits of a sample");
-  EXPECT_EQ(UnkeptOfPictures(32, 8, WordOfBytes(" RGB")), "alpha");
-  EXPECT_EQ(UnkeptOfPictures(kCode("v408"), 8, WordOfBytes("BYRY")), "the chroma of every pixel, alpha");
-  EXPECT_EQ(UnkeptOfPictures(32, 8, WordOfBytes("C82p")),
-            "R'G'B' (it becomes Y'CbCr), the chroma of every pixel");
-  EXPECT_EQ(UnkeptOfPictures(kCode("2vuy"), 8, WordOfBytes(" RGB")), "Y'CbCr (it becomes R'G'B')");
-}
-
-TEST(UnkeptOfFrames, EachLossIsSaid) {
-  EXPECT_EQ(UnkeptOfFrames(WordOfBytes("BYRY"), kCode("2vuy")), "");
-  EXPECT_EQ(UnkeptOfFrames(WordOfBytes("BYRY"), kCode("v210")), "");
-  EXPECT_EQ(UnkeptOfFrames(WordOfBytes("CA2p"), kCode("V416")), "");
-  EXPECT_EQ(UnkeptOfFrames(WordOfBytes("CA2p"), kCode("v216")), "alpha");
-  EXPECT_EQ(UnkeptOfFrames(WordOfBytes("\xA2YRy"), kCode("yuvs")), "the lower 2 of 10 bits of a sample");
-  EXPECT_EQ(UnkeptOfFrames(WordOfBytes("ArGB"), kCode("2vuy")), "the chroma of every pixel, alpha");
 }
 
 TEST(FormatOfTag, FramesComeAsWhatTheyHold) {
