@@ -47,8 +47,7 @@ bool TargetExists(const std::string& target, bool overwrite) {
     if (lstat(target.c_str(), &status) != 0) return false;
     throw Problem{"is a symbolic link that leads nowhere", target, "remove the link, or choose another name"};
   }
-  if (!S_ISREG(status.st_mode))
-    throw Problem{"is not a regular file and cannot be replaced by a movie", target, ""};
+  if (!S_ISREG(status.st_mode)) throw Problem{"is not a regular file and cannot be replaced", target, ""};
   if (!overwrite) throw ExistsProblem(target);
   return true;
 }

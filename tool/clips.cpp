@@ -4,22 +4,19 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 
 #include "base/problem.h"
+#include "picture_io/picture_file.h"
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
 #include "tool/clip_description.h"
 #include "tool/colour_standard.h"
-#include "tool/targets.h"
+#include "tool/file_kinds.h"
 
 namespace vorel::tool {
 
 namespace {
-
-// Endings that a result's name doesn't keep, beside those that name a pixel format.
-constexpr std::array<const char*, 6> kEndings = {".y4m", ".yuv", ".raw", ".mov", ".qt", ".MOV"};
 
 container::Movie OpenMovieOnStdin(Descriptor& spooled) {
   constexpr const char* kName = "stdin";
@@ -42,18 +39,32 @@ void ReplaceScan(picture_io::ScanOrder& scan, picture_io::ScanOrder said) {
   scan = said;
 }
 
-// The input's name with the ending of its kind replaced by another.
-std::string NameOfResult(const std::string& input, const std::string& ending) {
-  if (input == "-") throw UsageError{"-o is needed with stdin: name the result, or \"-\" for stdout"};
-  std::filesystem::path path = input;
-  const std::string extension = path.extension().string();
-  const bool isDropped = std::find(kEndings.begin(), kEndings.end(), extension) != kEndings.end();
-  if (isDropped || PixelFormatOfEnding(input)) path.replace_extension();
-  path += ending;
-  if (path == std::filesystem::path(input)) {
-    throw UsageError{input + ": the result would have the same name; give another with -o"};
+picture_io::ByteInput OpenClipFile(const std::string& path) {
+  std::error_code ignored;
+  if (picture_io::LooksLikeSequence(path) && !std::filesystem::exists(path, ignored)) {
+    throw Problem{"there is no such file, and its ending is that of no kind of sequence", path,
+                  "sequences are read from .png, .tif, .tiff and .dpx files"};
   }
-  return path.string();
+  return picture_io::OpenByteInput(path);
+}
+
+picture_io::PictureSource OpenRaw(const std::string& path, const SourceOptions& options) {
+  picture_io::ClipFormat format;
+  format.pixelFormat = *options.pixelFormat;
+  format.width = options.width;
+  format.height = options.height;
+  format.scan = picture_io::ScanOrder::progressive;
+  return OpenRawSource(OpenClipFile(path), format);
+}
+
+// A sequence, or one file as a clip of one picture. What doesn't say how it was scanned is progressive.
+picture_io::PictureSource OpenPictureFiles(const std::string& path, const picture_io::PictureFileKind& kind,
+                                           std::optional<u64> start) {
+  picture_io::PictureSource source = OpenSequenceSource(
+      kind, IsSequence(path) ? FindSequence(PatternOf(path), start) : picture_io::PictureFiles{path, {path}});
+  if (source.format.scan == picture_io::ScanOrder::unknown)
+    source.format.scan = picture_io::ScanOrder::progressive;
+  return source;
 }
 
 }  // namespace
@@ -62,18 +73,16 @@ picture_io::PictureSource OpenPictures(const std::string& path, const SourceOpti
   if (path == "-" && ::isatty(STDIN_FILENO) == 1) {
     throw UsageError{"stdin is a terminal: name a file, or send pictures"};
   }
-  picture_io::ByteInput input = picture_io::OpenByteInput(path);
-  if (options.pixelFormat) {
-    picture_io::ClipFormat format;
-    format.pixelFormat = *options.pixelFormat;
-    format.width = options.width;
-    format.height = options.height;
-    format.rate = options.rate.value_or(picture_io::Ratio{});
-    format.scan = picture_io::ScanOrder::progressive;
-    if (options.scan) ReplaceScan(format.scan, *options.scan);
-    return OpenRawSource(std::move(input), format);
+  const picture_io::PictureFileKind* const kind = picture_io::FindPictureFileKind(path);
+  if (kind != nullptr && options.pixelFormat) {
+    throw UsageError{path + ": --pixel-format and --size are for raw pictures, a " + kind->name +
+                     " file says itself what it holds"};
   }
-  picture_io::PictureSource source = OpenY4mSource(std::move(input), eightBits);
+  if (options.start && (kind == nullptr || !IsSequence(path)))
+    throw UsageError{path + ": --start is for sequences, such as shot.%05d.png"};
+  picture_io::PictureSource source = options.pixelFormat ? OpenRaw(path, options)
+                                     : kind != nullptr   ? OpenPictureFiles(path, *kind, options.start)
+                                                         : OpenY4mSource(OpenClipFile(path), eightBits);
   if (options.rate) source.format.rate = *options.rate;
   if (options.scan) ReplaceScan(source.format.scan, *options.scan);
   return source;
@@ -149,24 +158,6 @@ std::string UnkeptOfMovie(const MovieClip& clip) {
     add("of " + std::to_string(clip.movie.tracks.size()) + " tracks only the video is given");
   }
   return unkept;
-}
-
-std::vector<std::string> NameResults(const std::vector<std::string>& inputs, const std::string& output,
-                                     const std::string& ending) {
-  if (!output.empty()) {
-    if (inputs.size() != 1) throw UsageError{"-o names one result: give one input with it"};
-    RefuseTerminal(output);
-    return {output};
-  }
-  std::vector<std::string> results;
-  for (const std::string& input : inputs) {
-    const std::string result = NameOfResult(input, ending);
-    if (std::find(results.begin(), results.end(), result) != results.end()) {
-      throw UsageError{result + " would be the result of two inputs; convert them one by one with -o"};
-    }
-    results.push_back(result);
-  }
-  return results;
 }
 
 }  // namespace vorel::tool

@@ -10,8 +10,8 @@
 
 namespace vorel::tool {
 
-// Pictures from a file or, for "-", from stdin. YUV4MPEG2 pictures of 8 bits become `eightBits`, '2vuy' or
-// 'yuvu'. Throws Problem.
+// Pictures from a file, from a sequence of files, or, for "-", from stdin. YUV4MPEG2 pictures of 8 bits become `eightBits`, '2vuy' or
+// 'yuvu'. Throws Problem, and UsageError for options that don't go with what the path names.
 picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options, u32 eightBits);
 
 // A movie with a video track. The track's samples are its frames.
@@ -40,11 +40,5 @@ u64 LargestFrame(const MovieClip& clip);
 
 // What decoding the media alone leaves out, for a note to people; usually empty.
 std::string UnkeptOfMovie(const MovieClip& clip);
-
-// Names of the results of all inputs: `output` if it is given, which takes a single input, else each input's
-// name with the ending of its kind replaced. Throws UsageError where two names are the same, for stdin
-// without an output, and for a terminal as output.
-std::vector<std::string> NameResults(const std::vector<std::string>& inputs, const std::string& output,
-                                     const std::string& ending);
 
 }  // namespace vorel::tool

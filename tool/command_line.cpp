@@ -6,6 +6,7 @@
 
 #include "tool/colour_standard.h"
 #include "tool/commands.h"
+#include "tool/file_kinds.h"
 #include "tool/frame_format.h"
 #include "tool/interruption.h"
 
@@ -23,6 +24,9 @@ constexpr const char* kFooter =
     "  vorel decode brook.mov -o copy.y4m   gives the same pictures back\n"
     "  vorel verify brook.mov --against brook.y4m\n"
     "  vorel encode --pixel-format v210 --size 640x360 --rate 24000/1001 brook.raw\n"
+    "  vorel encode --rate 25 shot.%05d.png          makes shot.mov of shot.00000.png and those that follow\n"
+    "  vorel decode shot.mov -o copy.%05d.dpx        a file for each frame, from copy.00000.dpx on\n"
+    "  vorel encode title.tif                        a clip of one frame\n"
     "\n"
     "\"-\" stands for stdin and stdout. Frames, rows and pixels are counted from 0.\n"
     "Exit status: 0 all is well, 1 a file could not be read, written or verified, 2 the command line is "
@@ -39,7 +43,7 @@ void AddThreads(CLI::App& command, u32& threads) {
 }
 
 void AddTarget(CLI::App& command, std::string& output, bool& force, const std::string& what) {
-  command.add_option("-o,--output", output, what)->type_name("FILE");
+  command.add_option("-o,--output", output, what)->type_name("NAME");
   command.add_flag("-f,--force", force, "Overwrite files that exist");
 }
 
@@ -73,6 +77,12 @@ CLI::Option* AddPixelFormat(CLI::App& command, std::optional<u32>& pixelFormat, 
                  });
 }
 
+void AddStart(CLI::App& command, std::optional<u64>& start, const std::string& what) {
+  command.add_option("--start", start, what)
+      ->check(CLI::Range(u64{0}, picture_io::kLargestSequenceNumber))
+      ->type_name("N");
+}
+
 void AddSource(CLI::App& command, SourceOptions& source) {
   CLI::Option* const pixelFormat = AddPixelFormat(
       command, source.pixelFormat,
@@ -84,20 +94,29 @@ void AddSource(CLI::App& command, SourceOptions& source) {
       [&source](const std::string& text) { return picture_io::ReadSize(text, source.width, source.height); });
   pixelFormat->needs(size);
   size->needs(pixelFormat);
-  AddRead(command, "--rate", "R", "Frames per second: 25, 24000/1001, 23.976; replaces what a header says",
-          "a frame rate such as 25, 24000/1001 or 23.976", [&source](const std::string& text) {
-            picture_io::Ratio rate;
-            if (!picture_io::ReadRate(text, rate)) return false;
-            source.rate = rate;
-            return true;
-          });
+  AddRead(
+      command, "--rate", "R",
+      "Frames per second: 25, 24000/1001, 23.976; replaces what a header says. Sequences and stills whose "
+      "files say nothing of it have 24",
+      "a frame rate such as 25, 24000/1001 or 23.976", [&source](const std::string& text) {
+        picture_io::Ratio rate;
+        if (!picture_io::ReadRate(text, rate)) return false;
+        source.rate = rate;
+        return true;
+      });
   AddRead(
       command, "--scan", "SCAN",
-      "auto, the default: what a header says, and progressive for raw pictures; progressive; top-first or "
+      "auto, the default: what a header says, and progressive for raw pictures and for picture files that "
+      "say "
+      "nothing; progressive; top-first or "
       "bottom-first, for interlaced pictures by their first field; interlaced, where the order of fields is "
       "as the header says, or not known",
       "one of auto, progressive, interlaced, top-first and bottom-first",
       [&source](const std::string& text) { return ReadScanOrder(text, source.scan); });
+  AddStart(
+      command, source.start,
+      "Number of a sequence's first picture; otherwise the lowest that there is. The clip goes on to the "
+      "highest, and none may be missing");
 }
 
 void AddCoding(CLI::App& command, EncodeOptions& encode) {
@@ -132,14 +151,16 @@ void AddCoding(CLI::App& command, EncodeOptions& encode) {
 }
 
 void AddFormat(CLI::App& command, std::optional<PictureFile>& format) {
-  AddRead(command, "--format", "FORMAT",
-          "y4m or raw; otherwise the name after -o tells: raw for .yuv, .raw and the name of a pixel format, "
-          "else y4m, or raw with --pixel-format",
-          "one of y4m and raw", [&format](const std::string& text) {
-            if (text == "y4m") format = PictureFile::y4m;
-            if (text == "raw") format = PictureFile::raw;
-            return format.has_value();
-          });
+  AddRead(
+      command, "--format", "FORMAT",
+      PictureFileNames() +
+          ": y4m and raw are one file, the others one for each frame, dpx-le with the lower byte first. "
+          "Otherwise the name after -o tells: .y4m; raw for .yuv, .raw and the name of a pixel format; .png, "
+          ".tif, .tiff, .dpx; else y4m, or raw with --pixel-format",
+      "one of " + PictureFileNames(), [&format](const std::string& text) {
+        format = PictureFileOfName(text);
+        return format.has_value();
+      });
 }
 
 struct CommandLine {
@@ -153,10 +174,13 @@ struct CommandLine {
 
 CLI::App* AddEncode(CLI::App& app, CommandLine& line) {
   CLI::App* const command = app.add_subcommand("encode", "Encode pictures to movies, without loss");
-  AddInputs(*command, line.encode.inputs,
-            "YUV4MPEG2 files, 4:2:2 or 4:4:4 with 8 or 10 bits, or raw pictures");
+  AddInputs(
+      *command, line.encode.inputs,
+      "YUV4MPEG2 files, 4:2:2 or 4:4:4 with 8 or 10 bits; raw pictures; PNG, TIFF and 10-bit DPX pictures, "
+      "single ones or a sequence such as shot.%05d.png");
   AddTarget(*command, line.encode.output, line.encode.force,
-            "The movie; otherwise named after the input, with .mov");
+            "The movie; otherwise named after the input, with .mov: shot.mov for shot.%05d.png, and shot.mov "
+            "for shot/%05d.png");
   AddSource(*command, line.encode.source);
   AddCoding(*command, line.encode);
   AddThreads(*command, line.encode.threads);
@@ -168,14 +192,18 @@ CLI::App* AddEncode(CLI::App& app, CommandLine& line) {
 CLI::App* AddDecode(CLI::App& app, CommandLine& line) {
   CLI::App* const command = app.add_subcommand("decode", "Decode movies to pictures");
   AddInputs(*command, line.decode.inputs, "Movies");
-  AddTarget(*command, line.decode.output, line.decode.force,
-            "The pictures; otherwise named after the input, with .y4m, .yuv, or .raw for --pixel-format");
+  AddTarget(
+      *command, line.decode.output, line.decode.force,
+      "The pictures: a file, or a pattern for one file each, such as shot.%05d.png, whose numbers go from "
+      "0 or --start; the name of one picture takes a movie of one frame. Otherwise named after the input, "
+      "with .y4m, .yuv, .raw for --pixel-format, or .%05d.png and its like for --format png");
   AddFormat(*command, line.decode.format);
   AddPixelFormat(
       *command, line.decode.pixelFormat,
       "The pixel format of the pictures; otherwise the one that the frames hold: 2vuy for 8 bits, "
-      "v210 for 10 bits, yuvu for 8bw. Of YUV4MPEG2, 2vuy, yuvu and v408 are 8 bits, v216 and v410 "
-      "are 10");
+      "v210 for 10 bits, yuvu for 8bw. Of YUV4MPEG2, 2vuy, yuvu and v408 are 8 bits, v216 and v410 are 10. "
+      "PNG and TIFF hold 24, RGBA, b48r and b64a, DPX F10k; of these the nearest to the frames is taken");
+  AddStart(*command, line.decode.start, "Number of the first picture of a sequence; otherwise 0");
   AddThreads(*command, line.decode.threads);
   return command;
 }
@@ -184,8 +212,10 @@ CLI::App* AddVerify(CLI::App& app, CommandLine& line) {
   CLI::App* const command =
       app.add_subcommand("verify", "Decode every frame of movies and check that all is well");
   AddInputs(*command, line.verify.inputs, "Movies");
-  command->add_option("--against", line.verify.against, "Compare every sample with these pictures")
-      ->type_name("FILE");
+  command
+      ->add_option("--against", line.verify.against,
+                   "Compare every sample with these pictures: a file or a sequence, as for encode")
+      ->type_name("NAME");
   AddSource(*command, line.verify.source);
   AddThreads(*command, line.verify.threads);
   return command;

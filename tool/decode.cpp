@@ -1,14 +1,16 @@
 // vorel decode: a movie to pictures.
-#include <filesystem>
-
 #include "picture_io/planar_rows.h"
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
+#include "tool/alpha_detour.h"
 #include "tool/clips.h"
 #include "tool/commands.h"
 #include "tool/fidelity.h"
+#include "tool/file_kinds.h"
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
+#include "tool/result_names.h"
+#include "tool/sequence_target.h"
 #include "tool/targets.h"
 
 namespace vorel::tool {
@@ -29,30 +31,70 @@ struct DecodeJob {
 // The option goes before the output's name, and that before what a pixel format lets expect.
 PictureFile FileFor(const DecodeOptions& options) {
   if (options.format) return *options.format;
-  const std::string ending = std::filesystem::path(options.output).extension().string();
-  if (ending == ".yuv" || ending == ".raw" || PixelFormatOfEnding(options.output)) return PictureFile::raw;
-  return options.pixelFormat && ending != ".y4m" ? PictureFile::raw : PictureFile::y4m;
+  if (const std::optional<PictureFile> told = PictureFileOfPath(options.output)) return *told;
+  return options.pixelFormat ? PictureFile::raw : PictureFile::y4m;
 }
 
 std::string EndingFor(const DecodeOptions& options) {
-  if (FileFor(options) == PictureFile::y4m) return ".y4m";
-  return options.pixelFormat ? ".raw" : ".yuv";
+  const PictureFile file = FileFor(options);
+  return file == PictureFile::raw && options.pixelFormat ? ".raw" : EndingOfResult(file);
+}
+
+void CheckPixelFormat(PictureFile file, u32 pixelFormat) {
+  if (file == PictureFile::y4m && picture_io::PlaneBits(pixelFormat) == 0) {
+    throw UsageError{
+        "YUV4MPEG2 files hold 2vuy, yuvu and v408 pictures (8 bits), v216 and v410 pictures (10 bits), not " +
+        PixelFormatName(pixelFormat) + ": give --format raw with it"};
+  }
+  const picture_io::PictureFileKind* const kind = SinglePictures(file);
+  if (kind == nullptr || Holds(*kind, pixelFormat)) return;
+  std::string held;
+  for (const u32 one : kind->pixelFormats) held += (held.empty() ? "" : ", ") + PixelFormatName(one);
+  throw UsageError{std::string(kind->name) + " files are written from pictures of pixel format " + held +
+                   ", not " + PixelFormatName(pixelFormat) +
+                   ": leave --pixel-format out, or give --format raw"};
 }
 
 void CheckOptions(const DecodeOptions& options) {
-  const bool isY4m = FileFor(options) == PictureFile::y4m;
-  if (isY4m && options.pixelFormat && picture_io::PlaneBits(*options.pixelFormat) == 0) {
-    throw UsageError{
-        "YUV4MPEG2 files hold 2vuy, yuvu and v408 pictures (8 bits), v216 and v410 pictures (10 bits), not " +
-        PixelFormatName(*options.pixelFormat) + ": give --format raw with it"};
+  const PictureFile file = FileFor(options);
+  if (options.pixelFormat) CheckPixelFormat(file, *options.pixelFormat);
+  const bool isPattern = picture_io::LooksLikeSequence(options.output);
+  const picture_io::PictureFileKind* const kind = SinglePictures(file);
+  if (kind == nullptr) {
+    if (options.start)
+      throw UsageError{"--start is for sequences: give a name such as shot.%05d.png with -o"};
+    if (isPattern && !options.format && !PictureFileOfPath(options.output)) {
+      throw UsageError{options.output +
+                       ": a sequence is called .png, .tif, .tiff or .dpx at its end, or give --format"};
+    }
+    return;
   }
+  if (options.output == "-")
+    throw UsageError{std::string(kind->name) +
+                     " files are not written to stdout: name one, or a sequence of them"};
+  if (isPattern) PatternOf(options.output);
+  if (options.start && !options.output.empty() && !isPattern)
+    throw UsageError{"--start is for sequences, and " + options.output + " is the name of one picture"};
+}
+
+u32 PictureFormatFor(const MovieClip& clip, const picture_io::PictureFileKind& kind) {
+  const u32 tag = TagOfMovie(clip);
+  const u32 pixelFormat = PictureFormatOfTag(tag, kind.pixelFormats);
+  if (tag != 0 && !ComesAs(tag, pixelFormat)) {
+    throw Problem{std::string(kind.name) + " files hold R'G'B', and frames of format " +
+                      FormatNameOfTag(tag) + " don't come as that",
+                  clip.name, "give --format y4m or raw"};
+  }
+  return pixelFormat;
 }
 
 u32 PixelFormatFor(const MovieClip& clip, const DecodeOptions& options) {
   if (options.pixelFormat) return *options.pixelFormat;
+  const PictureFile file = FileFor(options);
+  if (const picture_io::PictureFileKind* const kind = SinglePictures(file))
+    return PictureFormatFor(clip, *kind);
   const u32 tag = TagOfMovie(clip);
-  if (FileFor(options) == PictureFile::raw)
-    return PixelFormatOfEnding(options.output).value_or(RawFormatOfTag(tag));
+  if (file == PictureFile::raw) return PixelFormatOfEnding(options.output).value_or(RawFormatOfTag(tag));
   const u32 pixelFormat = Y4mFormatOfTag(tag);
   if (pixelFormat == 0) {
     throw Problem{"YUV4MPEG2 files don't hold pictures of format " + FormatNameOfTag(tag), clip.name,
@@ -61,28 +103,49 @@ u32 PixelFormatFor(const MovieClip& clip, const DecodeOptions& options) {
   return pixelFormat;
 }
 
-bool DecodeClip(const std::string& input, const std::string& output, const DecodeOptions& options,
-                Console& console) {
-  const MovieClip clip = OpenMovieClip(input);
-  const DecodedClip decoded = ClipToDecode(clip, PixelFormatFor(clip, options));
-  const ClipFormat& format = decoded.format;
+// Pictures in the making: in one file, or in one for each.
+struct Output {
+  PictureTarget file;
+  std::optional<SequenceTarget> sequence;
+  picture_io::PictureSink sink;
+};
+
+void OpenOutput(Output& output, const std::string& path, const ClipFormat& format, u64 frames,
+                const DecodeOptions& options, Console& console) {
   const PictureFile file = FileFor(options);
-  PictureTarget target;
-  OpenPictureTarget(target, output, options.force);
+  if (const picture_io::PictureFileKind* const kind = SinglePictures(file)) {
+    output.sequence = OpenSequenceTarget(path, options.start.value_or(0), frames, options.force, console);
+    output.sink = OpenSequenceSink(*kind, format, output.sequence->pattern, output.sequence->first,
+                                   WriterOf(*output.sequence));
+    return;
+  }
+  OpenPictureTarget(output.file, path, options.force);
+  output.sink = file == PictureFile::raw ? picture_io::OpenRawSink(WriterOf(output.file))
+                                         : picture_io::OpenY4mSink(format, WriterOf(output.file));
+}
+
+void NoteUnkept(const MovieClip& clip, const ClipFormat& format, Console& console) {
   if (const std::string unkept = UnkeptOfMovie(clip); !unkept.empty())
     Note(console, clip.name + ": " + unkept);
   if (const std::string unkept = UnkeptOfFrames(TagOfMovie(clip), format.pixelFormat); !unkept.empty())
     Note(console, clip.name + ": the pictures do not keep " + unkept);
-  const picture_io::PictureSink sink = file == PictureFile::raw
-                                           ? picture_io::OpenRawSink(WriterOf(target))
-                                           : picture_io::OpenY4mSink(format, WriterOf(target));
+}
 
-  const u64 pictureBytes = RawPictureBytes(format);
-  Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
+void NoteSuspects(const MovieClip& clip, u64 suspects, Console& console) {
+  if (suspects == 0) return;
+  const std::string which =
+      suspects == 1 ? " frame is not as long as its bits say" : " frames are not as long as their bits say";
+  Note(console, clip.name + ": " + std::to_string(suspects) + which + "; vorel verify tells more");
+}
+
+// Decodes all frames into the sink; returns how many are suspect.
+u64 DecodeFrames(const MovieClip& clip, const DecodedClip& decoded, const picture_io::PictureSink& sink,
+                 bool leavesOutAlpha, u32 threads, Progress& progress) {
+  const u64 pictureBytes = RawPictureBytes(decoded.format);
   u64 next = 0;
   u64 suspects = 0;
   RunPipeline<DecodeJob>(
-      ShapePipeline(options.threads, 2 * pictureBytes + LargestFrame(clip)),
+      ShapePipeline(threads, 2 * pictureBytes + LargestFrame(clip)),
       [&](DecodeJob& job) {
         if (next == clip.video.samples.size()) return false;
         job.frame = next++;
@@ -93,6 +156,7 @@ bool DecodeClip(const std::string& input, const std::string& output, const Decod
         const FrameEnd end =
             DecodeFrame(job.bytes, decoded, job.picture, job.scratch, PlaceOfFrame(clip, job.frame));
         job.isSuspect = end.recordedBytes != job.bytes.size();
+        if (leavesOutAlpha) LeaveOutAlpha(job.picture);
         sink.pack(job.picture, job.stored);
       },
       [&](DecodeJob& job) {
@@ -100,12 +164,33 @@ bool DecodeClip(const std::string& input, const std::string& output, const Decod
         suspects += job.isSuspect ? 1 : 0;
         Advance(progress, pictureBytes, job.bytes.size());
       });
-  FinishPictureTarget(target);
-  if (suspects > 0) {
-    const std::string which =
-        suspects == 1 ? " frame is not as long as its bits say" : " frames are not as long as their bits say";
-    Note(console, clip.name + ": " + std::to_string(suspects) + which + "; vorel verify tells more");
+  return suspects;
+}
+
+bool DecodeClip(const std::string& input, const std::string& path, const DecodeOptions& options,
+                Console& console) {
+  const MovieClip clip = OpenMovieClip(input);
+  const u32 pixelFormat = PixelFormatFor(clip, options);
+  const DecodedClip decoded = ClipToDecode(clip, DecodedFormatFor(TagOfMovie(clip), pixelFormat));
+  ClipFormat format = decoded.format;
+  format.pixelFormat = pixelFormat;
+  const u64 frames = clip.video.samples.size();
+  Output output;
+  OpenOutput(output, path, format, frames, options, console);
+  NoteUnkept(clip, format, console);
+
+  Progress progress = StartProgress(console, clip.name, frames);
+  u64 suspects = 0;
+  try {
+    suspects = DecodeFrames(clip, decoded, output.sink, pixelFormat != decoded.format.pixelFormat,
+                            options.threads, progress);
+  } catch (...) {
+    if (output.sequence && progress.frames > 0)
+      Note(console, clip.name + ": written are " + WrittenText(*output.sequence, progress.frames));
+    throw;
   }
+  FinishPictureTarget(output.file);
+  NoteSuspects(clip, suspects, console);
   FinishProgress(progress, Direction::decode);
   return true;
 }

@@ -8,8 +8,10 @@
 #include "tool/colour_standard.h"
 #include "tool/commands.h"
 #include "tool/fidelity.h"
+#include "tool/file_kinds.h"
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
+#include "tool/result_names.h"
 #include "tool/targets.h"
 #include "vorel/pixel_formats.h"
 
@@ -45,6 +47,14 @@ container::MovieSettings SettingsFor(const PictureSource& source, bool force) {
   settings.overwrite = force;
   settings.creationTime = CreationTime();
   return settings;
+}
+
+// Files with a picture each seldom tell a rate, or not at all. A still lasts as long as any frame.
+void SupplyRate(PictureSource& source, const std::string& input, Console& console) {
+  constexpr picture_io::Ratio kUsualRate = {24, 1};
+  if (IsKnown(source.format.rate) || picture_io::FindPictureFileKind(input) == nullptr) return;
+  source.format.rate = kUsualRate;
+  if (IsSequence(input)) Note(console, source.name + ": taken as 24 frames per second; --rate gives another");
 }
 
 // Samples of YUV4MPEG2 have fewer bits than the words that they stand in.
@@ -89,12 +99,13 @@ void AppendFrame(MovieFrames& frames, const FrameBuffer& buffer) {
 bool EncodeClip(const std::string& input, const std::string& output, const EncodeOptions& options,
                 Console& console) {
   const u32 eightBits = options.family == VOREL_YCBCR_8BW_422 ? picture_io::kYuvu : picture_io::k2vuy;
-  const PictureSource source = OpenPictures(input, options.source, eightBits);
+  PictureSource source = OpenPictures(input, options.source, eightBits);
   const ClipFormat& format = source.format;
   const u32 standard = options.colourStandard.value_or(StandardForHeight(format.height));
   const FrameCoding coding = CodingOfClip(format, options.family, options.keepAlpha, standard, source.name);
   const u32 sampleBits = SampleBitsOf(source, options);
   if (options.conversion == Conversion::perfect) RefuseLosses(source, sampleBits, coding);
+  SupplyRate(source, input, console);
   MovieTarget target;
   OpenMovieTarget(target, output, SettingsFor(source, options.force));
   if (const std::string unkept = UnkeptOfSource(source, sampleBits, coding.tag); !unkept.empty())

@@ -1,6 +1,7 @@
 // Tables of names and choices; what a tag means is asked of the core.
 #include "tool/frame_format.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "base/bytes.h"
@@ -8,6 +9,7 @@
 #include "frame/dispatch.h"
 #include "frame/frame_tags.h"
 #include "frame/tag_rules.h"
+#include "picture_io/picture_file.h"
 #include "vorel/pixel_formats.h"
 
 namespace vorel::tool {
@@ -171,6 +173,15 @@ FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily famil
   const u32 tag = OwnTag(codec, format.pixelFormat, formatChoice);
   if (tag == 0) throw NotTaken(codec, format.pixelFormat, name);
   return {family, formatChoice, colourStandard, tag};
+}
+
+u32 PictureFormatOfTag(u32 tag, std::span<const u32> held) {
+  constexpr u32 kByte = 8;
+  const FrameLayout* const layout = LayoutOfTag(tag).layout;
+  const bool isDeep = layout != nullptr && layout->samples.bits > kByte;
+  const bool hasAlpha = layout != nullptr && layout->samples.alpha;
+  const u32 nearest = picture_io::ChunkyPixelFormat(isDeep, hasAlpha);
+  return std::find(held.begin(), held.end(), nearest) != held.end() ? nearest : held.front();
 }
 
 u32 RawFormatOfTag(u32 tag) {

@@ -2,6 +2,7 @@
 #pragma once
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,9 @@ FrameCoding CodingOfClip(const picture_io::ClipFormat& format, VorelFamily famil
 // unknown tag, 0 where YUV4MPEG2 has none.
 u32 RawFormatOfTag(u32 tag);
 u32 Y4mFormatOfTag(u32 tag);
+
+// Of the pixel formats that a kind of picture file holds, the one nearest to frames with this tag.
+u32 PictureFormatOfTag(u32 tag, std::span<const u32> held);
 
 // The pixel format for YUV4MPEG2 pictures of 8 bits that go with frames of this tag.
 u32 EightBitFormatOfTag(u32 tag);

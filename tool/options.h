@@ -15,14 +15,15 @@ struct UsageError {
   std::string text;
 };
 
-// How pictures are read. Without a pixel format the input is YUV4MPEG2, and rate and scan replace what its
-// header says; ScanOrder::interlaced leaves the order of fields as it is where that is known.
+// How pictures are read. Without a pixel format the name tells what the input is, and rate and scan replace
+// what its header says; ScanOrder::interlaced leaves the order of fields as it is where that is known.
 struct SourceOptions {
   std::optional<u32> pixelFormat;
   u32 width = 0;  // with a pixel format: both sides given
   u32 height = 0;
   std::optional<picture_io::Ratio> rate;
   std::optional<picture_io::ScanOrder> scan;
+  std::optional<u64> start;  // number of a sequence's first picture; unset: the lowest there is
 };
 
 // Which losses are allowed where frames don't hold pictures whole.
@@ -40,13 +41,15 @@ struct EncodeOptions {
   u32 threads = 0;  // 0: one for each processor
 };
 
-enum class PictureFile : u8 { y4m, raw };
+// Kinds of picture files. The first two hold a clip in one file, the others one picture.
+enum class PictureFile : u8 { y4m, raw, png, tiff, dpx, littleEndianDpx };
 
 struct DecodeOptions {
   std::vector<std::string> inputs;
   std::string output;
   std::optional<PictureFile> format;  // unset: told by the output's name or the pixel format
   std::optional<u32> pixelFormat;     // unset: what the frames hold
+  std::optional<u64> start;           // number of a sequence's first picture; unset: 0
   bool force = false;
   u32 threads = 0;
 };

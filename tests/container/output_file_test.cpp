@@ -164,8 +164,8 @@ TEST(OutputFile, SymbolicLinkIsFollowedWhenOverwriting) {
 
 TEST(OutputFile, OtherThanRegularFilesAreRefused) {
   const TestFolder folder;
-  EXPECT_EQ(ProblemOfCreating(folder.path, true), "is not a regular file and cannot be replaced by a movie");
-  EXPECT_EQ(ProblemOfCreating("/dev/null", true), "is not a regular file and cannot be replaced by a movie");
+  EXPECT_EQ(ProblemOfCreating(folder.path, true), "is not a regular file and cannot be replaced");
+  EXPECT_EQ(ProblemOfCreating("/dev/null", true), "is not a regular file and cannot be replaced");
   EXPECT_EQ(ProblemOfCreating(folder.path + "/", true), "is not the name of a file");
   ASSERT_EQ(symlink("nowhere", (folder.path + "/a.mov").c_str()), 0);
   EXPECT_EQ(ProblemOfCreating(folder.path + "/a.mov", true), "is a symbolic link that leads nowhere");

@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <thread>
 
+#include "picture_io/png.h"
 #include "tests/tool/movies.h"
+#include "tests/tool/picture_clips.h"
 #include "tests/tool/run_vorel.h"
 
 namespace vorel::tool {
@@ -46,6 +48,36 @@ TEST(Interruption, SignalRemovesTheMovieInTheMaking) {
     ::close(feed[1]);
     ::close(null);
   }
+}
+
+TEST(Interruption, SignalLeavesWholePicturesAndNoTemporaryFile) {
+  const TestFolder folder;
+  const TestFolder source;
+  constexpr u32 kPictures = 60;
+  for (u32 number = 0; number < kPictures; ++number) {
+    WritePicture(source, "a." + std::to_string(number) + ".png", picture_io::kPngFiles,
+                 NoisePicture(24, 256, 256, number));
+  }
+  ASSERT_EQ(RunVorel(folder, {"encode", "-q", source.path + "/a.%d.png", "-o", "a.mov"}).status, 0);
+  const int null = NullDevice();
+  for (int run = 0; run < 10; ++run) {
+    const std::string pattern = std::to_string(run) + ".%03d.png";
+    const std::string before = FilesIn(folder);
+    const pid_t process = StartVorel(folder, {"decode", "a.mov", "-o", pattern}, null, null, null);
+    AwaitMoreThan(folder, before);
+    std::this_thread::sleep_for(std::chrono::milliseconds(run));
+    ::kill(process, SIGTERM);
+    EXPECT_EQ(WaitFor(process), 128 + SIGTERM);
+    EXPECT_EQ(FilesIn(folder).find(".part"), std::string::npos) << FilesIn(folder);
+    const std::vector<u64> numbers =
+        picture_io::NumbersInFolder(picture_io::ReadSequencePattern(folder.path + "/" + pattern));
+    EXPECT_LT(numbers.size(), kPictures);
+    for (u32 number = 0; number < numbers.size(); ++number) {
+      const std::string name = SequencePath(picture_io::ReadSequencePattern(pattern), number);
+      EXPECT_TRUE(IsSame(PictureIn(folder, name), NoisePicture(24, 256, 256, number))) << name;
+    }
+  }
+  ::close(null);
 }
 
 TEST(Interruption, ReaderThatGoesAwayIsAnError) {
