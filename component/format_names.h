@@ -70,7 +70,7 @@ struct FormatNameList {
 };
 
 // A family list begins with its two heads, so that the form of a tag stands at alpha (0 or 2) + interlace (0
-// or 1) + 3, and at 7 on for 8bu. A transcoder's list begins with the progressive name.
+// or 1) + 3; the names of 8bu follow those of 8bv. A transcoder's list begins with the progressive name.
 inline constexpr FormatNameList kFormatNameLists[] = {
     {23617, 1, 48},   // generic
     {23639, 3, 6},    // RGB 10bf
@@ -114,16 +114,6 @@ constexpr u32 GenericNameIndex(u32 canonicalTag) {
     for (u32 form = 0; form < 4; ++form) {
       if (row.tags[form] == canonicalTag) return row.base + form + 1;
     }
-  }
-  return 0;
-}
-
-/// Index, from 1, of a canonical tag's name in one of the lists; 0 if the list does not have it.
-constexpr u32 FormatNameIndex(i16 listId, u32 canonicalTag) {
-  const u32 index = GenericNameIndex(canonicalTag);
-  for (const FormatNameList& list : kFormatNameLists) {
-    if (list.id != listId) continue;
-    return index >= list.first && index < u32{list.first} + list.count ? index - list.first + 1 : 0;
   }
   return 0;
 }

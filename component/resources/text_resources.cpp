@@ -45,7 +45,7 @@ Bytes StringList(const std::vector<std::string>& strings) {
 // The list of format names of a compressor stands behind its settings text.
 const FormatNameList& NamesOf(const ComponentRow& compressor) {
   for (const FormatNameList& list : kFormatNameLists) {
-    if (list.id == compressor.id + 1) return list;
+    if (list.id == FormatNamesId(compressor)) return list;
   }
   throw Problem{"a compressor has no list of format names", compressor.entry, ""};
 }
