@@ -138,9 +138,7 @@ OSErr CompressPicture(Compressor& instance, CodecCompressParams& parameters, con
       picture.rowBytes, picture.base, instance.settings.videoStandard, &wordCursor, &bitCursor, frame, flags);
   if (status != VOREL_COMPLETE) return codecConditionErr;
   if (instance.settings.mode != kModeOneWay) {
-    const OSType hostFormat = HostPixelFormat(parameters.srcPixMap);
-    const bool isTold = hostFormat == FourCharacterCode("R10k") || hostFormat == FourCharacterCode("r210");
-    const CheckedFrame checked = {isTold ? hostFormat : picture.pixelFormat,
+    const CheckedFrame checked = {HostPixelFormat(parameters.srcPixMap),
                                   picture.pixelFormat,
                                   formatChoice,
                                   picture.width,

@@ -22,9 +22,14 @@ OSErr CheckFrame(Compressor& instance, const CheckedFrame& checked) {
                      &wordCursor, &bitCursor, checked.frame, checked.flags, instance.rowStore.bytes);
   if (decoded != VOREL_COMPLETE) return codecConditionErr;
   if (wordCursor != checked.wordCursor || bitCursor != checked.bitCursor) return codecBadDataErr;
-  const VorelStatus compared = VorelComparePictures(
-      checked.comparedFormat, (checked.formatChoice & VOREL_KEEP_ALPHA) != 0 ? 1 : 0, checked.flags,
-      checked.width, checked.height, checked.rowBytes, checked.base, instance.picture.bytes);
+  // 'R10k' and 'r210' are compared under these names and not under those that they are coded as.
+  const auto compare = [&](u32 format) {
+    return VorelComparePictures(format, (checked.formatChoice & VOREL_KEEP_ALPHA) != 0 ? 1 : 0, checked.flags,
+                                checked.width, checked.height, checked.rowBytes, checked.base,
+                                instance.picture.bytes);
+  };
+  VorelStatus compared = compare(checked.hostFormat);
+  if (compared == VOREL_NO_ROUTINE) compared = compare(checked.pixelFormat);
   if (compared == VOREL_PICTURES_DIFFER) return codecBadDataErr;
   return compared == VOREL_COMPLETE ? noErr : codecConditionErr;
 }

@@ -6,9 +6,9 @@ namespace vorel::component {
 
 // A picture and the frame that was made of it.
 struct CheckedFrame {
-  OSType comparedFormat;  // as the host names it, where the comparison tells it from what it is coded as
-  u32 pixelFormat;
-  u32 formatChoice;  // VOREL_KEEP_ALPHA, VOREL_INTERLACED
+  OSType hostFormat;  // the comparison goes by it where it knows it, else by pixelFormat
+  u32 pixelFormat;    // that it is coded as
+  u32 formatChoice;   // VOREL_KEEP_ALPHA, VOREL_INTERLACED
   u32 width;
   u32 height;
   i32 rowBytes;
