@@ -12,7 +12,6 @@ using picture_io::ScanOrder;
 
 constexpr u32 kVendor = FourCharacterCode("Vorl");
 constexpr u16 kRevision = 0x0267;
-constexpr u32 kLossless = 1024;
 constexpr u16 kDepth = 24;
 constexpr u16 kDepthWithAlpha = 32;
 
@@ -46,21 +45,14 @@ ScanOrder ScanOfFields(const container::FieldOrder& order) {
 
 }  // namespace
 
-container::SampleDescription DescribeClip(const ClipFormat& format, const FrameCoding& coding,
-                                          u32 firstFrameBytes) {
+container::SampleDescription DescribeClip(const ClipFormat& format, const FrameCoding& coding) {
   container::SampleDescription description;
   description.cType = CodecOfTag(coding.tag);
   description.revisionLevel = kRevision;
   description.vendor = kVendor;
-  description.spatialQuality = kLossless;
   description.width = static_cast<u16>(format.width);
   description.height = static_cast<u16>(format.height);
-  description.dataSize = firstFrameBytes;
-  description.name = "Vorel " + FormatNameOfTag(coding.tag);
   description.depth = TagHasAlpha(coding.tag) ? kDepthWithAlpha : kDepth;
-  std::vector<u8> tagBytes(4);
-  StoreLittle32(tagBytes.data(), coding.tag);
-  SetExtension(description, {kFormatTagExtension, tagBytes});
   for (const FieldRow& row : kWritten) {
     if (row.scan == format.scan) SetExtension(description, container::MakeFieldOrder(row.order));
   }

@@ -10,10 +10,10 @@ namespace vorel::tool {
 
 inline constexpr u32 kFormatTagExtension = FourCharacterCode("Kesp");
 
-// The description of a clip coded in frames of coding.tag. Field order and pixel aspect are said when they
-// are known, and only then, so that reading gives the same format back; the colour standard is always said.
-container::SampleDescription DescribeClip(const picture_io::ClipFormat& format, const FrameCoding& coding,
-                                          u32 firstFrameBytes);
+// The description of a clip to be coded in frames of coding.tag, as a host begins it; the compressor adds the
+// tag, names and qualities. Field order and pixel aspect are said when they are known, and only then, so that
+// reading gives the same format back; the colour standard is always said.
+container::SampleDescription DescribeClip(const picture_io::ClipFormat& format, const FrameCoding& coding);
 
 // The format of a clip that is decoded to pictures of `pixelFormat`. Width and height are as the description
 // has them.

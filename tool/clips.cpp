@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "base/problem.h"
+#include "component/component_table.h"
 #include "picture_io/picture_file.h"
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
@@ -67,6 +68,15 @@ picture_io::PictureSource OpenPictureFiles(const std::string& path, const pictur
   return source;
 }
 
+// What there is of the first frame's header.
+std::vector<u8> FirstHeader(const MovieClip& clip) {
+  if (clip.video.samples.empty()) return {};
+  const container::Sample& sample = clip.video.samples[0];
+  std::vector<u8> header(std::min<u32>(sample.bytes, VOREL_FRAME_HEADER_BYTES));
+  container::ReadAt(*clip.movie.file, sample.offset, header.data(), header.size());
+  return header;
+}
+
 }  // namespace
 
 picture_io::PictureSource OpenPictures(const std::string& path, const SourceOptions& options, u32 eightBits) {
@@ -97,13 +107,16 @@ MovieClip OpenMovieClip(const std::string& path) {
 }
 
 u32 TagOfMovie(const MovieClip& clip) {
-  if (!clip.video.samples.empty()) {
-    const container::Sample& sample = clip.video.samples[0];
-    std::vector<u8> header(std::min<u32>(sample.bytes, VOREL_FRAME_HEADER_BYTES));
-    container::ReadAt(*clip.movie.file, sample.offset, header.data(), header.size());
-    if (const u32 tag = TagOfFrame(header); !FormatNameOfTag(tag).empty()) return tag;
-  }
-  return TagOfDescription(clip.video.descriptions[0]);
+  const u32 tag = TagOfFrame(FirstHeader(clip));
+  return FormatNameOfTag(tag).empty() ? TagOfDescription(clip.video.descriptions[0]) : tag;
+}
+
+u32 DecompressorOfMovie(const MovieClip& clip, const container::SampleDescription& description) {
+  const std::vector<u8> header = FirstHeader(clip);
+  const VorelFamily family = component::CompressorOf(description.cType).family;
+  const bool isKnown = VorelSubtypeOfTag(TagOfFrame(header)) == description.cType &&
+                       VorelHasFrameSignature(family, header.data(), header.size()) != 0;
+  return isKnown ? description.cType : component::kGenericSubtype;
 }
 
 DecodedClip ClipToDecode(const MovieClip& clip, u32 pixelFormat) {
@@ -130,6 +143,18 @@ DecodedClip ClipToDecode(const MovieClip& clip, u32 pixelFormat) {
                   "sides are from 1 to " + std::to_string(largest) + " pixels; the movie is damaged"};
   }
   return {format, StandardOfDescription(first)};
+}
+
+container::SampleDescription DescriptionOfFrame(const MovieClip& clip, u64 frame) {
+  container::SampleDescription description = clip.video.descriptions[clip.video.samples[frame].description];
+  if (TagOfDescription(description) == 0) {
+    std::vector<u8> tag(4);
+    StoreLittle32(tag.data(), TagOfMovie(clip));
+    SetExtension(description, {kFormatTagExtension, tag});
+  }
+  if (const auto colour = container::FindColour(description))
+    SetExtension(description, container::MakeColour(*colour));
+  return description;
 }
 
 std::string PlaceOfFrame(const MovieClip& clip, u64 frame) {

@@ -33,6 +33,14 @@ u32 TagOfMovie(const MovieClip& clip);
 // change their size.
 DecodedClip ClipToDecode(const MovieClip& clip, u32 pixelFormat);
 
+// The compression type whose decompressor takes a movie's frames: the one that the movie names, or, where its
+// first frame is of another family or has a signature that only the generic one reads, the generic one.
+u32 DecompressorOfMovie(const MovieClip& clip, const container::SampleDescription& description);
+
+// The description of a frame as its decompressor is given it. The tag, which some writers leave out, is that of
+// the frames, and colours are told in the older way, if in any.
+container::SampleDescription DescriptionOfFrame(const MovieClip& clip, u64 frame);
+
 // "a.mov: frame 3 at byte 1234".
 std::string PlaceOfFrame(const MovieClip& clip, u64 frame);
 

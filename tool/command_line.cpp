@@ -121,9 +121,16 @@ void AddSource(CLI::App& command, SourceOptions& source) {
 
 void AddCoding(CLI::App& command, EncodeOptions& encode) {
   AddRead(command, "--codec", "CODEC",
-          "The frame format: " + CodecNames() + "; auto, the default, goes by the pixel format",
-          "one of " + CodecNames(),
-          [&encode](const std::string& text) { return ReadCodec(text, encode.family); });
+          "The frame format: " + CodecNames() +
+              "; auto, the default, goes by the pixel format. Or generic: as auto, in a movie whose "
+              "compression type stands for all frame formats",
+          "one of " + CodecNames() + ", generic", [&encode](const std::string& text) {
+            encode.isGeneric = text == "generic";
+            if (encode.isGeneric) encode.family = VOREL_GENERIC;
+            return encode.isGeneric || ReadCodec(text, encode.family);
+          });
+  command.add_flag("--self-check", encode.selfCheck,
+                   "Decode every frame again and compare it with its picture before it is written");
   AddRead(command, "--alpha", "ALPHA",
           "keep, the default, or drop: whether alpha is coded where the pixel format has a place for it",
           "one of keep and drop", [&encode](const std::string& text) {

@@ -3,6 +3,7 @@
 #include "picture_io/raw.h"
 #include "picture_io/y4m.h"
 #include "tool/alpha_detour.h"
+#include "tool/clip_decompressors.h"
 #include "tool/clips.h"
 #include "tool/commands.h"
 #include "tool/fidelity.h"
@@ -25,7 +26,6 @@ struct DecodeJob {
   bool isSuspect = false;  // decoded, but its size is not the one that frames are recorded with
   picture_io::Picture picture;
   picture_io::StoredPicture stored;
-  std::vector<u8> scratch;
 };
 
 // The option goes before the output's name, and that before what a pixel format lets expect.
@@ -142,6 +142,7 @@ void NoteSuspects(const MovieClip& clip, u64 suspects, Console& console) {
 u64 DecodeFrames(const MovieClip& clip, const DecodedClip& decoded, const picture_io::PictureSink& sink,
                  bool leavesOutAlpha, u32 threads, Progress& progress) {
   const u64 pictureBytes = RawPictureBytes(decoded.format);
+  ClipDecompressors decompressors(clip, decoded);
   u64 next = 0;
   u64 suspects = 0;
   RunPipeline<DecodeJob>(
@@ -153,8 +154,7 @@ u64 DecodeFrames(const MovieClip& clip, const DecodedClip& decoded, const pictur
         return true;
       },
       [&](DecodeJob& job) {
-        const FrameEnd end =
-            DecodeFrame(job.bytes, decoded, job.picture, job.scratch, PlaceOfFrame(clip, job.frame));
+        const FrameEnd end = decompressors.Decompress(job.frame, job.bytes, job.picture);
         job.isSuspect = end.recordedBytes != job.bytes.size();
         if (leavesOutAlpha) LeaveOutAlpha(job.picture);
         sink.pack(job.picture, job.stored);
@@ -198,6 +198,7 @@ bool DecodeClip(const std::string& input, const std::string& path, const DecodeO
 }  // namespace
 
 bool RunDecode(const DecodeOptions& options, Console& console) {
+  const HostSession host;
   CheckOptions(options);
   const std::vector<std::string> outputs = NameResults(options.inputs, options.output, EndingFor(options));
   return ForEachInput(options.inputs, console, [&](std::size_t index) {

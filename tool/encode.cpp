@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "picture_io/planar_rows.h"
-#include "tool/clip_description.h"
+#include "tool/clip_compressors.h"
 #include "tool/clips.h"
 #include "tool/colour_standard.h"
 #include "tool/commands.h"
@@ -27,6 +27,7 @@ struct EncodeJob {
   picture_io::StoredPicture stored;
   picture_io::Picture picture;
   FrameBuffer buffer;
+  container::SampleDescription description;  // of the first frame
 };
 
 // The moment that a movie says it was made: now, or what SOURCE_DATE_EPOCH says where results must not depend
@@ -82,17 +83,12 @@ std::string UnkeptOfSource(const PictureSource& source, u32 sampleBits, u32 tag)
 // Frames go into the movie under one description, which says how large the first of them is.
 struct MovieFrames {
   container::MovieWriter& writer;
-  const ClipFormat& format;
-  const FrameCoding& coding;
   std::optional<u32> description;
 };
 
-void AppendFrame(MovieFrames& frames, const FrameBuffer& buffer) {
-  if (!frames.description) {
-    frames.description = frames.writer.AddDescription(
-        DescribeClip(frames.format, frames.coding, static_cast<u32>(buffer.bytes)));
-  }
-  frames.writer.AppendFrame(reinterpret_cast<const u8*>(buffer.words.data()), buffer.bytes,
+void AppendFrame(MovieFrames& frames, const EncodeJob& job) {
+  if (!frames.description) frames.description = frames.writer.AddDescription(job.description);
+  frames.writer.AppendFrame(reinterpret_cast<const u8*>(job.buffer.words.data()), job.buffer.bytes,
                             *frames.description);
 }
 
@@ -102,9 +98,11 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
   PictureSource source = OpenPictures(input, options.source, eightBits);
   const ClipFormat& format = source.format;
   const u32 standard = options.colourStandard.value_or(StandardForHeight(format.height));
-  const FrameCoding coding = CodingOfClip(format, options.family, options.keepAlpha, standard, source.name);
+  FrameCoding coding = CodingOfClip(format, options.family, options.keepAlpha, standard, source.name);
   const u32 sampleBits = SampleBitsOf(source, options);
   if (options.conversion == Conversion::perfect) RefuseLosses(source, sampleBits, coding);
+  const MovieChoice choice = {options.isGeneric, options.selfCheck};
+  if (choice.selfCheck) AllowSelfCheck(coding, format, sampleBits, choice, source.name);
   SupplyRate(source, input, console);
   MovieTarget target;
   OpenMovieTarget(target, output, SettingsFor(source, options.force));
@@ -114,7 +112,8 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
   const u64 pictureBytes = RawPictureBytes(format);
   const u64 jobBytes = 2 * pictureBytes + FrameBufferBytes(coding.tag, format.width, format.height);
   Progress progress = StartProgress(console, source.name, source.expectedFrames);
-  MovieFrames frames{*target.writer, format, coding, {}};
+  MovieFrames frames{*target.writer, {}};
+  ClipCompressors compressors = {source.name, coding, CompressionOfClip(format, coding, choice)};
   u64 fetched = 0;
   RunPipeline<EncodeJob>(
       ShapePipeline(options.threads, jobBytes),
@@ -124,10 +123,10 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
       },
       [&](EncodeJob& job) {
         source.unpack(job.stored, job.picture);
-        EncodeFrame(job.picture, coding, job.buffer, source.name + ": frame " + std::to_string(job.frame));
+        compressors.Compress(job.frame, job.picture, job.buffer, job.description);
       },
       [&](EncodeJob& job) {
-        AppendFrame(frames, job.buffer);
+        AppendFrame(frames, job);
         Advance(progress, pictureBytes, job.buffer.bytes);
       });
   if (progress.frames == 0)
@@ -140,6 +139,7 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
 }  // namespace
 
 bool RunEncode(const EncodeOptions& options, Console& console) {
+  const HostSession host;
   const std::vector<std::string> outputs = NameResults(options.inputs, options.output, ".mov");
   return ForEachInput(options.inputs, console, [&](std::size_t index) {
     return EncodeClip(options.inputs[index], outputs[index], options, console);

@@ -148,8 +148,12 @@ void EncodeFrame(const picture_io::Picture& picture, const FrameCoding& coding, 
   buffer.touchedWords = behind;
 }
 
-FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, picture_io::Picture& picture,
-                     std::vector<u8>& scratch, const std::string& place) {
+FrameEnd EndOfFrame(u32 wordCursor, u32 bitCursor) {
+  return {u64{wordCursor - VOREL_FRAME_HEADER_WORDS} * 4 + (bitCursor + 7) / 8,
+          RecordedBytes(wordCursor, bitCursor)};
+}
+
+void CheckFrameSize(const std::vector<u8>& frame, const DecodedClip& clip, const std::string& place) {
   const picture_io::ClipFormat& format = clip.format;
   const bool hasHeader = frame.size() >= VOREL_FRAME_HEADER_BYTES;
   const FrameLayout* const layout = LayoutOfTag(TagOfFrame(frame)).layout;
@@ -162,6 +166,12 @@ FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, pict
                       " bytes, and no frame of this size has fewer than " + std::to_string(smallest),
                   place, "fetch or make the movie again"};
   }
+}
+
+FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, picture_io::Picture& picture,
+                     std::vector<u8>& scratch, const std::string& place) {
+  CheckFrameSize(frame, clip, place);
+  const picture_io::ClipFormat& format = clip.format;
   ShapePicture(format, picture);
   scratch.resize(VorelScratchBytes(picture.width));
   u32 wordCursor = VOREL_FRAME_HEADER_WORDS;
@@ -175,8 +185,7 @@ FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, pict
     throw Problem{"cannot decode: " + StatusText(status), place,
                   "the frame is damaged; fetch or make the movie again"};
   }
-  const FrameEnd end = {u64{wordCursor - VOREL_FRAME_HEADER_WORDS} * 4 + (bitCursor + 7) / 8,
-                        RecordedBytes(wordCursor, bitCursor)};
+  const FrameEnd end = EndOfFrame(wordCursor, bitCursor);
   if (end.usedBytes > frame.size()) {
     throw Problem{"the frame is cut short or damaged: its bits need " + std::to_string(end.usedBytes) +
                       " bytes, it has " + std::to_string(frame.size()),

@@ -1,4 +1,5 @@
-// Pictures to frames and back through the core, with its statuses put in words.
+// Pictures to frames and back through the core, with its statuses put in words. Components do the same work in
+// the tool; the core tells why one of them refuses a frame.
 #pragma once
 #include <string>
 #include <vector>
@@ -30,6 +31,9 @@ struct FrameEnd {
   u64 recordedBytes;
 };
 
+// By the cursors that a decoder leaves.
+FrameEnd EndOfFrame(u32 wordCursor, u32 bitCursor);
+
 // What a movie's frames are decoded to.
 struct DecodedClip {
   picture_io::ClipFormat format;
@@ -41,6 +45,9 @@ struct DecodedClip {
 // again.
 FrameEnd DecodeFrame(const std::vector<u8>& frame, const DecodedClip& clip, picture_io::Picture& picture,
                      std::vector<u8>& scratch, const std::string& place);
+
+// Throws Problem for a frame of an unknown tag and for one that is shorter than any frame of its size.
+void CheckFrameSize(const std::vector<u8>& frame, const DecodedClip& clip, const std::string& place);
 
 // The format tag of a frame in its one spelling; 0 if the bytes are too few for a header.
 u32 TagOfFrame(const std::vector<u8>& frame);

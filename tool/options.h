@@ -34,6 +34,8 @@ struct EncodeOptions {
   std::string output;               // empty: named after the input
   SourceOptions source;
   VorelFamily family = VOREL_GENERIC;
+  bool isGeneric = false;  // the movie's compression type is the generic one
+  bool selfCheck = false;
   bool keepAlpha = true;
   Conversion conversion = Conversion::any;
   std::optional<u32> colourStandard;  // unset: by the height

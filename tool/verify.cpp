@@ -1,5 +1,6 @@
 // vorel verify: decodes every frame, and compares with the pictures that a movie was made from.
 #include "picture_io/planar_rows.h"
+#include "tool/clip_decompressors.h"
 #include "tool/clips.h"
 #include "tool/commands.h"
 #include "tool/frame_coder.h"
@@ -19,7 +20,6 @@ struct VerifyJob {
   u64 frame = 0;
   std::vector<u8> bytes;
   picture_io::Picture decoded;
-  std::vector<u8> scratch;
   bool hasSource = false;
   picture_io::StoredPicture stored;
   picture_io::Picture source;
@@ -33,9 +33,9 @@ struct Findings {
   u64 different = 0;
 };
 
-void CheckFrame(VerifyJob& job, const DecodedClip& decoded, const std::string& place) {
+void CheckFrame(VerifyJob& job, ClipDecompressors& decompressors, const std::string& place) {
   try {
-    const FrameEnd end = DecodeFrame(job.bytes, decoded, job.decoded, job.scratch, place);
+    const FrameEnd end = decompressors.Decompress(job.frame, job.bytes, job.decoded);
     if (end.recordedBytes == job.bytes.size()) return;
     job.damage = Problem{"the frame's bits call for a size of " + std::to_string(end.recordedBytes) +
                              " bytes, it has " + std::to_string(job.bytes.size()),
@@ -123,6 +123,7 @@ bool VerifyClip(const std::string& input, const VerifyOptions& options, Console&
   const u64 pictureBytes = RawPictureBytes(decoded.format);
   Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
   Findings findings;
+  ClipDecompressors decompressors(clip, decoded);
   u64 next = 0;
   u64 sourceFrames = 0;
   RunPipeline<VerifyJob>(
@@ -138,7 +139,7 @@ bool VerifyClip(const std::string& input, const VerifyOptions& options, Console&
       [&](VerifyJob& job) {
         job.damage.reset();
         job.difference.reset();
-        CheckFrame(job, decoded, PlaceOfFrame(clip, job.frame));
+        CheckFrame(job, decompressors, PlaceOfFrame(clip, job.frame));
         if (!job.hasSource || job.damage) return;
         source->unpack(job.stored, job.source);
         job.difference = FindDifference(job.decoded, job.source, ComparedParts(job, *source, options));
@@ -159,6 +160,7 @@ bool RunVerify(const VerifyOptions& options, Console& console) {
   }
   if (options.against == "-" && options.inputs[0] == "-")
     throw UsageError{"only one of the two can come from stdin"};
+  const HostSession host;
   return ForEachInput(options.inputs, console,
                       [&](std::size_t index) { return VerifyClip(options.inputs[index], options, console); });
 }

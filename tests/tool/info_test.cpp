@@ -46,10 +46,12 @@ TEST(Info, JsonHoldsWhatTheMovieSays) {
   EXPECT_EQ(description["horizontalResolution"], 72.0);
   EXPECT_EQ(description["frameCount"], 1);
   EXPECT_EQ(description["clutID"], -1);
-  const Json extensions = Json::parse(R"([{"type": "Kesp", "bytes": "42595259"},
-                                          {"type": "fiel", "bytes": "0100"},
+  const Json extensions = Json::parse(R"([{"type": "fiel", "bytes": "0100"},
                                           {"type": "colr", "bytes": "6e636c63000600010006"},
-                                          {"type": "pasp", "bytes": "0000000100000001"}])");
+                                          {"type": "pasp", "bytes": "0000000100000001"},
+                                          {"type": "cspc", "bytes": "32767579"},
+                                          {"type": "Kesp", "bytes": "42595259"},
+                                          {"type": "sgbt", "bytes": "08"}])");
   EXPECT_EQ(description["extensions"], extensions);
 }
 
