@@ -139,6 +139,7 @@ TEST(Interruption, ProgressIsShownOnATerminalAndNotWhenQuiet) {
     clip += frame;
     ASSERT_EQ(::write(feed[1], clip.data(), clip.size()), static_cast<ssize_t>(clip.size()));
     clip.clear();
+    if (i == 0) AwaitMoreThan(folder, "");  // the first picture is there; a start may take longer than a line
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
   }
   ::close(feed[1]);
