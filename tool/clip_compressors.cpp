@@ -3,9 +3,9 @@
 #include "base/bytes.h"
 #include "base/problem.h"
 #include "component/component_table.h"
-#include "component/settings.h"
 #include "tool/clip_description.h"
 #include "tool/fidelity.h"
+#include "tool/settings_record.h"
 #include "vorel/pixel_formats.h"
 
 namespace vorel::tool {
@@ -39,17 +39,6 @@ bool HasComparison(u32 pixelFormat) {
 
 VorelFamily FamilyOfTag(u32 tag) {
   return component::CompressorOf(VorelSubtypeOfTag(tag)).family;
-}
-
-std::vector<u8> RecordOf(const Settings& settings) {
-  std::vector<u8> record(std::size(component::kSettingKeys) * component::kPairBytes);
-  u8* pair = record.data();
-  for (const component::SettingKey& row : component::kSettingKeys) {
-    StoreNative(pair, row.key);
-    StoreNative(pair + 4, settings.*row.value);
-    pair += component::kPairBytes;
-  }
-  return record;
 }
 
 }  // namespace
@@ -94,7 +83,7 @@ Compression CompressionOfClip(const picture_io::ClipFormat& format, const FrameC
     settings.rgbRange = checked.rgbRange;
     compression.pixelFormat = checked.name;
   }
-  compression.settings = RecordOf(settings);
+  compression.settings = RecordOfSettings(settings);
   return compression;
 }
 

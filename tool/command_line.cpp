@@ -9,6 +9,7 @@
 #include "tool/file_kinds.h"
 #include "tool/frame_format.h"
 #include "tool/interruption.h"
+#include "tool/settings_record.h"
 
 namespace vorel::tool {
 
@@ -131,6 +132,12 @@ void AddCoding(CLI::App& command, EncodeOptions& encode) {
           });
   command.add_flag("--self-check", encode.selfCheck,
                    "Decode every frame again and compare it with its picture before it is written");
+  command
+      .add_option(
+          "--settings", encode.settings,
+          "A settings record (vorel settings -o) for what no option says: self-check, scan, conversion, "
+          "colour standard, range of raw 32-bit R'G'B'")
+      ->type_name("FILE");
   AddRead(command, "--alpha", "ALPHA",
           "keep, the default, or drop: whether alpha is coded where the pixel format has a place for it",
           "one of keep and drop", [&encode](const std::string& text) {
@@ -174,6 +181,8 @@ struct CommandLine {
   EncodeOptions encode;
   DecodeOptions decode;
   VerifyOptions verify;
+  TranscodeOptions transcode;
+  SettingsOptions settings;
   InfoOptions info;
   FormatsOptions formats;
   bool quiet = false;
@@ -228,6 +237,42 @@ CLI::App* AddVerify(CLI::App& app, CommandLine& line) {
   return command;
 }
 
+CLI::App* AddTranscode(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand(
+      "transcode", "Turn movies of uncompressed video into VorelVideo, with sound and all");
+  AddInputs(*command, line.transcode.inputs,
+            "Movies of v210, v216, Y216, 2vuy, yuvs, yuv2, v408, r408 or v410 video");
+  AddTarget(*command, line.transcode.output, line.transcode.force,
+            "The movie; otherwise named after the input: a.vorel.mov for a.mov");
+  command->add_flag("--generic", line.transcode.isGeneric,
+                    "Give the movie the compression type that stands for all frame formats");
+  command->add_flag("--self-check", line.transcode.selfCheck,
+                    "Decode every frame again and compare it with its sample before it is written");
+  AddThreads(*command, line.transcode.threads);
+  command->footer(
+      "All frames come out in the interlaced frame format, whatever the movie says of its fields, but for "
+      "v408 "
+      "and r408, which come out progressive: the format tells how rows are predicted, and every picture "
+      "comes "
+      "back as it was. What the movie says of its fields is kept.");
+  return command;
+}
+
+CLI::App* AddSettings(CLI::App& app, CommandLine& line) {
+  CLI::App* const command =
+      app.add_subcommand("settings", "Show a compressor's settings, change them, keep them in a file");
+  command->add_option("--codec", line.settings.codec, "Whose settings: " + CodecNames())->type_name("CODEC");
+  command->add_option("--settings", line.settings.record, "Begin with the record in a file")
+      ->type_name("FILE");
+  command->add_option("--set", line.settings.values, "Set a value: " + SettingTexts())
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false);
+  command->add_flag("--dialog", line.settings.dialog, "Run the compressor's dialog in the terminal");
+  AddTarget(*command, line.settings.output, line.settings.force,
+            "Write the settings as a record, for vorel encode --settings");
+  return command;
+}
+
 CLI::App* AddInfo(CLI::App& app, CommandLine& line) {
   CLI::App* const command = app.add_subcommand("info", "Say what is in movies");
   AddInputs(*command, line.info.inputs, "Movies");
@@ -271,6 +316,8 @@ int RunCommandLine(int count, char** arguments) {
   const CLI::App* const encode = AddEncode(app, line);
   const CLI::App* const decode = AddDecode(app, line);
   const CLI::App* const verify = AddVerify(app, line);
+  const CLI::App* const transcode = AddTranscode(app, line);
+  const CLI::App* const settings = AddSettings(app, line);
   const CLI::App* const info = AddInfo(app, line);
   const CLI::App* const formats = AddFormats(app, line);
   for (CLI::App* const command : app.get_subcommands({})) {
@@ -287,6 +334,8 @@ int RunCommandLine(int count, char** arguments) {
     if (encode->parsed()) return ExitStatus(RunEncode(line.encode, console));
     if (decode->parsed()) return ExitStatus(RunDecode(line.decode, console));
     if (verify->parsed()) return ExitStatus(RunVerify(line.verify, console));
+    if (transcode->parsed()) return ExitStatus(RunTranscode(line.transcode, console));
+    if (settings->parsed()) return ExitStatus(RunSettings(line.settings, console));
     if (info->parsed()) return ExitStatus(RunInfo(line.info, console));
     if (formats->parsed()) return ExitStatus(RunFormats(line.formats, console));
   } catch (const UsageError& error) {

@@ -11,6 +11,8 @@ namespace vorel::tool {
 bool RunEncode(const EncodeOptions& options, Console& console);
 bool RunDecode(const DecodeOptions& options, Console& console);
 bool RunVerify(const VerifyOptions& options, Console& console);
+bool RunTranscode(const TranscodeOptions& options, Console& console);
+bool RunSettings(const SettingsOptions& options, Console& console);
 bool RunInfo(const InfoOptions& options, Console& console);
 bool RunFormats(const FormatsOptions& options, Console& console);
 

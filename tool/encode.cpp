@@ -1,7 +1,4 @@
 // vorel encode: pictures to a movie.
-#include <cstdlib>
-#include <limits>
-
 #include "picture_io/planar_rows.h"
 #include "tool/clip_compressors.h"
 #include "tool/clips.h"
@@ -12,6 +9,7 @@
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
 #include "tool/result_names.h"
+#include "tool/settings_record.h"
 #include "tool/targets.h"
 #include "vorel/pixel_formats.h"
 
@@ -29,15 +27,6 @@ struct EncodeJob {
   FrameBuffer buffer;
   container::SampleDescription description;  // of the first frame
 };
-
-// The moment that a movie says it was made: now, or what SOURCE_DATE_EPOCH says where results must not depend
-// on it.
-std::optional<u64> CreationTime() {
-  const char* const text = std::getenv("SOURCE_DATE_EPOCH");
-  u32 seconds = 0;
-  if (text == nullptr || !picture_io::ReadNumber(text, std::numeric_limits<u32>::max(), seconds)) return {};
-  return container::MovieTimeOfUnixTime(seconds);
-}
 
 container::MovieSettings SettingsFor(const PictureSource& source, bool force) {
   if (!IsKnown(source.format.rate)) {
@@ -138,8 +127,15 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
 
 }  // namespace
 
-bool RunEncode(const EncodeOptions& options, Console& console) {
+bool RunEncode(const EncodeOptions& said, Console& console) {
   const HostSession host;
+  EncodeOptions options = said;
+  try {
+    ApplyRecord(options);
+  } catch (const Problem& problem) {
+    Report(console, problem);
+    return false;
+  }
   const std::vector<std::string> outputs = NameResults(options.inputs, options.output, ".mov");
   return ForEachInput(options.inputs, console, [&](std::size_t index) {
     return EncodeClip(options.inputs[index], outputs[index], options, console);

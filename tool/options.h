@@ -36,6 +36,7 @@ struct EncodeOptions {
   VorelFamily family = VOREL_GENERIC;
   bool isGeneric = false;  // the movie's compression type is the generic one
   bool selfCheck = false;
+  std::string settings;  // file with a settings record; empty: none
   bool keepAlpha = true;
   Conversion conversion = Conversion::any;
   std::optional<u32> colourStandard;  // unset: by the height
@@ -54,6 +55,24 @@ struct DecodeOptions {
   std::optional<u64> start;           // number of a sequence's first picture; unset: 0
   bool force = false;
   u32 threads = 0;
+};
+
+struct TranscodeOptions {
+  std::vector<std::string> inputs;
+  std::string output;      // empty: named after the input
+  bool isGeneric = false;  // the movie's compression type is the generic one
+  bool selfCheck = false;
+  bool force = false;
+  u32 threads = 0;
+};
+
+struct SettingsOptions {
+  std::string codec = "auto";
+  std::string record;               // to begin with; empty: the compressor's own
+  std::vector<std::string> values;  // "self-check=on" and the like, in the order given
+  bool dialog = false;
+  std::string output;  // where the record goes; empty: nowhere
+  bool force = false;
 };
 
 struct VerifyOptions {

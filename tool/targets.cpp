@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "base/problem.h"
 #include "tool/interruption.h"
@@ -93,6 +95,13 @@ void FinishMovieTarget(MovieTarget& target) {
     throw Problem{std::string("cannot read the movie back: ") + std::strerror(errno), target.name, ""};
   }
   CopyAll(target.anonymous.value, target.name, target.stream.value, target.name);
+}
+
+std::optional<u64> CreationTime() {
+  const char* const text = std::getenv("SOURCE_DATE_EPOCH");
+  u32 seconds = 0;
+  if (text == nullptr || !picture_io::ReadNumber(text, std::numeric_limits<u32>::max(), seconds)) return {};
+  return container::MovieTimeOfUnixTime(seconds);
 }
 
 }  // namespace vorel::tool

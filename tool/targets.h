@@ -40,6 +40,10 @@ void OpenMovieTarget(MovieTarget& target, const std::string& path, const contain
 
 void FinishMovieTarget(MovieTarget& target);
 
+// The moment that a movie says it was made: unset for now, or what SOURCE_DATE_EPOCH says where results must not
+// depend on it.
+std::optional<u64> CreationTime();
+
 // Throws UsageError if `path` is a terminal, or "-" and stdout is one.
 void RefuseTerminal(const std::string& path);
 
