@@ -29,7 +29,7 @@ struct HostSettings {
   std::optional<u32> processorMegahertz = {};             // none: what the machine says; 0: not known
   i32 quickTimeVersion = kLatestQuickTime;                // 0: the question for it fails
   std::optional<u32> baseThreads = {};       // none: one a processor; 0: all frames are synchronous
-  std::span<const u8> resourceFork = {};     // of the components; stays in memory until the host has stopped
+  std::span<const u8> resourceFork = {};     // of the components; only looked at during the start
   std::span<const NamedEntry> entries = {};  // what 'dlle' resources name; only looked at during the start
 };
 
