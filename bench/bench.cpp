@@ -17,6 +17,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "bench/components.h"
 #include "bench/conversions.h"
 #include "bench/measure.h"
 #include "bench/peers.h"
@@ -216,6 +217,7 @@ int Main(int count, char** arguments) {
     }
   }
   RegisterPeers("all", all);
+  RegisterComponents(all);
   RegisterConversions();
   benchmark::AddCustomContext("cycle", std::to_string(SecondsPerCycle() * 1e9) + " ns");
   benchmark::RunSpecifiedBenchmarks();
