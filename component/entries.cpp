@@ -28,19 +28,19 @@ ComponentResult TrimImage(Compressor* /* instance */, ImageDescriptionHandle /* 
 }
 
 // Calls that a component with a delegate would pass on. A compressor has nobody to pass them to.
-ComponentResult PassOn(Compressor* /* instance */) {
+template <typename... Arguments>
+ComponentResult PassOn(Compressor* /* instance */, Arguments... /* arguments */) {
   return badComponentSelector;
 }
 
 // Lists of parameters and their dialog belong to effects; the settings have a dialog of their own.
-ComponentResult HasNoParameters(Compressor* /* instance */) {
+template <typename... Arguments>
+ComponentResult HasNoParameters(Compressor* /* instance */, Arguments... /* arguments */) {
   return codecUnimpErr;
 }
 
 template <VorelFamily Family>
 ComponentResult OpenAsDecompressor(Decompressor* instance, ComponentInstance self);
-template <VorelFamily Family>
-ComponentResult CanDecompressorDo(Decompressor* instance, i16 selector);
 template <VorelFamily Family>
 ComponentResult OpenAsCompressor(Compressor* instance, ComponentInstance self);
 template <VorelFamily Family>
@@ -86,42 +86,44 @@ constexpr std::array<SelectorRow, 6> kCompressorNegative = {
     CallRow<Version<Compressor>>(), CallRow<CanCompress>(),
     CallRow<CloseCompressor>(),     CallRow<OpenAsCompressor<Family>>()};
 
+using Any = void*;  // an argument that nobody looks at
+
 constexpr std::array<SelectorRow, 35> kCompressorRows = {
-    CallRow<GetCompressorInfo>(),      // 0
-    CallRow<GetCompressionTime>(),     // 1
-    CallRow<GetMaxCompressionSize>(),  // 2
-    CallRow<PreCompress>(),            // 3
-    CallRow<BandCompress>(),           // 4
-    kUnsupported,                      // 5
-    kUnsupported,                      // 6
-    CallRow<CompressorBusy>(),         // 7
-    kUnsupported,                      // 8
-    kUnsupported,                      // 9
-    CallRow<TrimImage>(),              // 10
-    CallRow<RequestSettings>(),        // 11
-    CallRow<GetSettings>(),            // 12
-    CallRow<SetSettings>(),            // 13
-    kUnsupported,                      // 14
-    kUnsupported,                      // 15
-    kUnsupported,                      // 16
-    CallRow<PassOn>(),                 // 17
-    CallRow<PassOn>(),                 // 18
-    kUnsupported,                      // 19
-    CallRow<PassOn>(),                 // 20
-    CallRow<PassOn>(),                 // 21
-    CallRow<PassOn>(),                 // 22
-    CallRow<PassOn>(),                 // 23
-    CallRow<PassOn>(),                 // 24
-    kUnsupported,                      // 25
-    CallRow<GetSettingsAsText>(),      // 26
-    CallRow<HasNoParameters>(),        // 27
-    CallRow<HasNoParameters>(),        // 28
-    CallRow<HasNoParameters>(),        // 29
-    CallRow<HasNoParameters>(),        // 30
-    CallRow<HasNoParameters>(),        // 31
-    CallRow<HasNoParameters>(),        // 32
-    CallRow<HasNoParameters>(),        // 33
-    CallRow<HasNoParameters>(),        // 34
+    CallRow<GetCompressorInfo>(),                                         // 0
+    CallRow<GetCompressionTime>(),                                        // 1
+    CallRow<GetMaxCompressionSize>(),                                     // 2
+    CallRow<PreCompress>(),                                               // 3
+    CallRow<BandCompress>(),                                              // 4
+    kUnsupported,                                                         // 5
+    kUnsupported,                                                         // 6
+    CallRow<CompressorBusy>(),                                            // 7
+    kUnsupported,                                                         // 8
+    kUnsupported,                                                         // 9
+    CallRow<TrimImage>(),                                                 // 10
+    CallRow<RequestSettings>(),                                           // 11
+    CallRow<GetSettings>(),                                               // 12
+    CallRow<SetSettings>(),                                               // 13
+    kUnsupported,                                                         // 14
+    kUnsupported,                                                         // 15
+    kUnsupported,                                                         // 16
+    CallRow<PassOn<Any, i32, i32, Any, Any>>(),                           // 17
+    CallRow<PassOn<Any>>(),                                               // 18
+    kUnsupported,                                                         // 19
+    CallRow<PassOn<Any, i32, Any, Any>>(),                                // 20
+    CallRow<PassOn<i32, Any, i32, Any, Any, i32, Any, Any, Any, Any>>(),  // 21
+    CallRow<PassOn<Any, Any, i16, u32, Any, Any>>(),                      // 22
+    CallRow<PassOn<Any>>(),                                               // 23
+    CallRow<PassOn<u32, u32, Any, Any>>(),                                // 24
+    kUnsupported,                                                         // 25
+    CallRow<GetSettingsAsText>(),                                         // 26
+    CallRow<HasNoParameters<Any>>(),                                      // 27
+    CallRow<HasNoParameters<Any>>(),                                      // 28
+    CallRow<HasNoParameters<Any, Any, i32, Any, i16, Any>>(),             // 29
+    CallRow<HasNoParameters<Any, i32>>(),                                 // 30
+    CallRow<HasNoParameters<i32>>(),                                      // 31
+    CallRow<HasNoParameters<i32, i32, Any>>(),                            // 32
+    CallRow<HasNoParameters<Any, Any, i32>>(),                            // 33
+    CallRow<HasNoParameters<Any>>(),                                      // 34
 };
 
 constexpr std::array<SelectorRow, 7> kNoBandRows = {kUnsupported, kUnsupported, kUnsupported, kUnsupported,
@@ -198,44 +200,52 @@ ComponentResult ServeTranscoder(ComponentParameters* parameters, Handle storage)
   return ServeSelector(kTranscoderTables<Family>, parameters, storage, nullptr);
 }
 
-#define VOREL_ENTRIES(X)                          \
-  X(Qd_, ServeDecompressor<VOREL_GENERIC>)        \
-  X(Qd0, ServeDecompressor<VOREL_RGB_10BF>)       \
-  X(Qd1, ServeDecompressor<VOREL_RGB_8BF>)        \
-  X(Qd2, ServeDecompressor<VOREL_YCBCR_10BV_444>) \
-  X(Qd3, ServeDecompressor<VOREL_YCBCR_8B_444>)   \
-  X(Qd4, ServeDecompressor<VOREL_YCBCR_10BV_422>) \
-  X(Qd5, ServeDecompressor<VOREL_YCBCR_8BV_422>)  \
-  X(Qd6, ServeDecompressor<VOREL_YCBCR_8BW_422>)  \
-  X(Qe_, ServeCompressor<VOREL_GENERIC>)          \
-  X(Qe0, ServeCompressor<VOREL_RGB_10BF>)         \
-  X(Qe1, ServeCompressor<VOREL_RGB_8BF>)          \
-  X(Qe2, ServeCompressor<VOREL_YCBCR_10BV_444>)   \
-  X(Qe3, ServeCompressor<VOREL_YCBCR_8B_444>)     \
-  X(Qe4, ServeCompressor<VOREL_YCBCR_10BV_422>)   \
-  X(Qe5, ServeCompressor<VOREL_YCBCR_8BV_422>)    \
-  X(Qe6, ServeCompressor<VOREL_YCBCR_8BW_422>)    \
-  X(Qt2, ServeTranscoder<VOREL_YCBCR_10BV_444>)   \
-  X(Qt3, ServeTranscoder<VOREL_YCBCR_8B_444>)     \
-  X(Qt4, ServeTranscoder<VOREL_YCBCR_10BV_422>)   \
-  X(Qt5, ServeTranscoder<VOREL_YCBCR_8BV_422>)    \
-  X(Qt6, ServeTranscoder<VOREL_YCBCR_8BW_422>)
+#define VOREL_ENTRIES(X)                     \
+  X(Qd_, Decompressor, VOREL_GENERIC)        \
+  X(Qd0, Decompressor, VOREL_RGB_10BF)       \
+  X(Qd1, Decompressor, VOREL_RGB_8BF)        \
+  X(Qd2, Decompressor, VOREL_YCBCR_10BV_444) \
+  X(Qd3, Decompressor, VOREL_YCBCR_8B_444)   \
+  X(Qd4, Decompressor, VOREL_YCBCR_10BV_422) \
+  X(Qd5, Decompressor, VOREL_YCBCR_8BV_422)  \
+  X(Qd6, Decompressor, VOREL_YCBCR_8BW_422)  \
+  X(Qe_, Compressor, VOREL_GENERIC)          \
+  X(Qe0, Compressor, VOREL_RGB_10BF)         \
+  X(Qe1, Compressor, VOREL_RGB_8BF)          \
+  X(Qe2, Compressor, VOREL_YCBCR_10BV_444)   \
+  X(Qe3, Compressor, VOREL_YCBCR_8B_444)     \
+  X(Qe4, Compressor, VOREL_YCBCR_10BV_422)   \
+  X(Qe5, Compressor, VOREL_YCBCR_8BV_422)    \
+  X(Qe6, Compressor, VOREL_YCBCR_8BW_422)    \
+  X(Qt2, Transcoder, VOREL_YCBCR_10BV_444)   \
+  X(Qt3, Transcoder, VOREL_YCBCR_8B_444)     \
+  X(Qt4, Transcoder, VOREL_YCBCR_10BV_422)   \
+  X(Qt5, Transcoder, VOREL_YCBCR_8BV_422)    \
+  X(Qt6, Transcoder, VOREL_YCBCR_8BW_422)
 
 }  // namespace
 
 std::span<const NamedEntry> Entries() {
-#define VOREL_NAMED_ENTRY(NAME, SERVE) {#NAME, NAME},
+#define VOREL_NAMED_ENTRY(NAME, KIND, FAMILY) {#NAME, NAME},
   static constexpr NamedEntry kEntries[] = {VOREL_ENTRIES(VOREL_NAMED_ENTRY)};
 #undef VOREL_NAMED_ENTRY
   static_assert(std::size(kEntries) == 21);
   return kEntries;
 }
 
+const SelectorTables* FindTables(std::string_view entry) {
+#define VOREL_FIND_TABLES(NAME, KIND, FAMILY) \
+  if (entry == #NAME) return &k##KIND##Tables<FAMILY>;
+  VOREL_ENTRIES(VOREL_FIND_TABLES)
+#undef VOREL_FIND_TABLES
+  return nullptr;
+}
+
 }  // namespace vorel::component
 
-#define VOREL_DEFINE_ENTRY(NAME, SERVE)                  \
-  VOREL_COMPONENT_ENTRY(NAME) {                          \
-    return vorel::component::SERVE(parameters, storage); \
+#define VOREL_DEFINE_ENTRY(NAME, KIND, FAMILY)                         \
+  VOREL_COMPONENT_ENTRY(NAME) {                                        \
+    return vorel::component::Serve##KIND<FAMILY>(parameters, storage); \
   }
 VOREL_ENTRIES(VOREL_DEFINE_ENTRY)
 #undef VOREL_DEFINE_ENTRY

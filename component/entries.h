@@ -1,6 +1,7 @@
 // The components' entries, one for each resource that names one: what the host calls with every selector.
 #pragma once
 #include <span>
+#include <string_view>
 
 #include "component/host_types.h"
 
@@ -48,5 +49,8 @@ struct NamedEntry {
 
 // All 21.
 std::span<const NamedEntry> Entries();
+
+// The tables by which an entry finds the function of a selector; null for a name that none has.
+const struct SelectorTables* FindTables(std::string_view entry);
 
 }  // namespace vorel::component
