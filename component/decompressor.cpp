@@ -40,19 +40,27 @@ constexpr u32 kMatrix709 = 1;
 constexpr u32 kMatrix240M = 7;
 constexpr Fixed kVideoGamma = 0x00023333;
 
-void ReadColourOfSource(Decompressor* instance, ImageDescriptionHandle description) {
+// A description may lack what tells of colour; that is the only failure to read it which is none.
+OSErr WithoutMissing(OSErr error) {
+  return error == codecExtensionNotFoundErr ? noErr : error;
+}
+
+OSErr ReadColourOfSource(Decompressor* instance, ImageDescriptionHandle description) {
   OSErr error = noErr;
   instance->gamma = 0;
   instance->colourStandard = VOREL_COLOUR_601;
-  if (const auto gamma = ReadExtension(description, FourCharacterCode("gama"), error))
+  const auto gamma = ReadExtension(description, FourCharacterCode("gama"), error);
+  if (WithoutMissing(error) != noErr) return error;
+  if (gamma && gamma->size >= static_cast<i32>(sizeof(Fixed)))
     instance->gamma = static_cast<Fixed>(LoadBig32(gamma->bytes));
-  const std::optional<ColourNumbers> colour = ReadColour(description);
-  if (!colour) return;
+  const std::optional<ColourNumbers> colour = ReadColour(description, error);
+  if (!colour) return WithoutMissing(error);
   if (colour->matrix == kMatrix709) instance->colourStandard = VOREL_COLOUR_709;
   if (colour->matrix == kMatrix240M) instance->colourStandard = VOREL_COLOUR_240M;
   constexpr u16 kTransfer709 = 1;
   constexpr u16 kTransfer240M = 7;
   if (colour->transfer == kTransfer709 || colour->transfer == kTransfer240M) instance->gamma = kVideoGamma;
+  return noErr;
 }
 
 // An address in the upper half is one of video memory, where the host says it so.
@@ -109,7 +117,7 @@ ComponentResult CloseDecompressor(Decompressor* instance, ComponentInstance /* s
 }
 
 ComponentResult GetWorkFunction(Decompressor* instance, ComponentMPWorkFunction* function, void** refCon) {
-  if (instance == nullptr) return paramErr;
+  if (instance == nullptr || function == nullptr || refCon == nullptr) return paramErr;
   if (instance->host.quickTimeVersion < kQuickTime7) return codecUnimpErr;
   if (instance->drawProcedure == nullptr) instance->drawProcedure = DrawOnThread;
   return CallSelector(instance->delegate, kImageCodecGetBaseMPWorkFunctionSelect, function, refCon,
@@ -130,7 +138,8 @@ ComponentResult GetDecompressorInfo(Decompressor* instance, CodecInfo* info) {
 ComponentResult GetCompressedImageSize(Decompressor* instance, ImageDescriptionHandle description,
                                        Ptr /* data */, i32 /* bufferSize */,
                                        ICMDataProcRecord* /* dataProcedure */, i32* size) {
-  if (instance == nullptr || description == nullptr || size == nullptr) return paramErr;
+  if (instance == nullptr || description == nullptr || *description == nullptr || size == nullptr)
+    return paramErr;
   *size = (*description)->dataSize;
   return noErr;
 }
@@ -149,13 +158,13 @@ ComponentResult GetSourceDataGammaLevel(Decompressor* instance, Fixed* gamma) {
 
 ComponentResult Preflight(Decompressor* instance, CodecDecompressParams* parameters) {
   if (instance == nullptr || parameters == nullptr || parameters->imageDescription == nullptr ||
-      parameters->capabilities == nullptr) {
+      *parameters->imageDescription == nullptr || parameters->capabilities == nullptr) {
     return paramErr;
   }
   const ImageDescriptionHandle description = parameters->imageDescription;
   u32 tag = 0;
   if (const OSErr error = ReadTag(description, tag); error != noErr) return error;
-  ReadColourOfSource(instance, description);
+  if (const OSErr error = ReadColourOfSource(instance, description); error != noErr) return error;
 
   constexpr i32 kAsynchronous = 0x12000;
   CodecCapabilities* const capabilities = parameters->capabilities;

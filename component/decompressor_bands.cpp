@@ -136,12 +136,25 @@ OSErr PrepareFrame(Decompressor* instance, CodecDecompressParams* parameters, Fr
   constexpr std::size_t kTagOffset = 16;
   const u32 tag = VorelNormalizeFormatTag(LoadLittle32(data + kTagOffset));
   if (!IsTarget(tag, frame->pixelFormat)) return codecConditionErr;
-  frame->wordCursor = VOREL_FRAME_HEADER_WORDS;
-  frame->bitCursor = 0;
   if (const OSErr error = LendScratch(instance, frame, tag, parameters->dstPixMap); error != noErr)
     return error;
   if (TagHasAlpha(tag) && VorelHasAlpha(frame->pixelFormat) != 0) parameters->dstPixMap.cmpCount = 4;
   return noErr;
+}
+
+// Whatever the record held before is of another frame: EndBand may come for any record that was begun, and
+// DrawBand finds nothing to do in one that was not prepared.
+void HoldNothing(FrameRecord* frame) {
+  frame->tag = 0;
+  frame->height = 0;
+  frame->width = 0;
+  frame->pixelFormat = 0;
+  frame->wordCursor = VOREL_FRAME_HEADER_WORDS;
+  frame->bitCursor = 0;
+  frame->block = -1;
+  frame->scratch = nullptr;
+  frame->dataCopy = nullptr;
+  frame->dataBytes = 0;
 }
 
 // Bytes from the frame's start that the host lends; without a procedure all of them are in memory.
@@ -151,23 +164,26 @@ u32 LentBytes(const CodecDecompressParams* parameters) {
   return size > 0 ? static_cast<u32>(size) : 0;
 }
 
+// Bytes of the frame up to the last bit that was read. The cursors count from the aligned word in which the frame
+// begins.
+u64 UsedBytes(const FrameRecord& frame, const u8* data) {
+  const u64 leading = reinterpret_cast<std::uintptr_t>(data) % 4;
+  return u64{frame.wordCursor - VOREL_FRAME_HEADER_WORDS} * 4 + (frame.bitCursor + 7) / 8 - leading;
+}
+
 }  // namespace
 
 ComponentResult BeginBand(Decompressor* instance, CodecDecompressParams* parameters,
                           ImageSubCodecDecompressRecord* record, i32 /* flags */) {
-  if (instance == nullptr || parameters == nullptr || record == nullptr ||
-      parameters->imageDescription == nullptr || *parameters->imageDescription == nullptr ||
-      record->userDecompressRecord == nullptr) {
+  if (record == nullptr || record->userDecompressRecord == nullptr) return paramErr;
+  auto* const frame = static_cast<FrameRecord*>(record->userDecompressRecord);
+  HoldNothing(frame);
+  if (instance == nullptr || parameters == nullptr || parameters->imageDescription == nullptr ||
+      *parameters->imageDescription == nullptr) {
     return paramErr;
   }
   constexpr u8 kKeyFrame = 1;
   record->frameType = kKeyFrame;
-  auto* const frame = static_cast<FrameRecord*>(record->userDecompressRecord);
-  frame->tag = 0;
-  frame->pixelFormat = 0;
-  frame->block = -1;
-  frame->scratch = nullptr;
-  frame->dataCopy = nullptr;
   frame->dataBytes = LentBytes(parameters);
   OSErr error = noErr;
   const ICMDataProcRecord& procedure = record->dataProcRecord;
@@ -198,8 +214,7 @@ ComponentResult DrawBand(Decompressor* instance, ImageSubCodecDecompressRecord* 
                          data, frame->dataBytes, flags, frame->scratch);
   if (status != VOREL_COMPLETE) return codecConditionErr;
   // A frame that is cut short decodes to its end all the same, from zeros.
-  const u64 usedBytes = u64{frame->wordCursor - VOREL_FRAME_HEADER_WORDS} * 4 + (frame->bitCursor + 7) / 8;
-  return usedBytes <= frame->dataBytes ? noErr : codecConditionErr;
+  return UsedBytes(*frame, data) <= frame->dataBytes ? noErr : codecConditionErr;
 }
 
 ComponentResult EndBand(Decompressor* instance, ImageSubCodecDecompressRecord* record, OSErr result,

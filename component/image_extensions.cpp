@@ -24,7 +24,8 @@ u16 Load16(const u8* bytes, bool isBig) {
 std::optional<ExtensionBytes> ReadExtension(ImageDescriptionHandle description, OSType type, OSErr& error) {
   Handle data = nullptr;
   error = Host->GetImageDescriptionExtension(description, &data, static_cast<i32>(type), 1);
-  if (error != noErr || data == nullptr) return std::nullopt;
+  if (error == noErr && data == nullptr) error = codecExtensionNotFoundErr;
+  if (error != noErr) return std::nullopt;
   ExtensionBytes extension = {};
   extension.size = Host->GetHandleSize(data);
   const i32 kept = std::clamp<i32>(extension.size, 0, sizeof extension.bytes);
@@ -52,7 +53,8 @@ OSErr ReplaceExtension32(ImageDescriptionHandle description, OSType type, u32 va
 OSErr ReadTag(ImageDescriptionHandle description, u32& tag) {
   OSErr error = noErr;
   const std::optional<ExtensionBytes> extension = ReadExtension(description, kTagExtension, error);
-  if (!extension) return error == noErr ? codecExtensionNotFoundErr : error;
+  if (!extension) return error;
+  if (extension->size < static_cast<i32>(sizeof tag)) return codecExtensionNotFoundErr;
   tag = VorelNormalizeFormatTag(LoadNative<u32>(extension->bytes));
   return noErr;
 }
@@ -65,6 +67,10 @@ OSErr ReplaceTag(ImageDescriptionHandle description, u32 tag) {
 
 std::optional<ColourNumbers> ReadColour(ImageDescriptionHandle description) {
   OSErr error = noErr;
+  return ReadColour(description, error);
+}
+
+std::optional<ColourNumbers> ReadColour(ImageDescriptionHandle description, OSErr& error) {
   const std::optional<ExtensionBytes> extension = ReadExtension(description, kColour, error);
   if (!extension || extension->size < kNumbersBytes) return std::nullopt;
   const u8* const bytes = extension->bytes;

@@ -14,7 +14,8 @@ struct ExtensionBytes {
   i32 size;
 };
 
-// Reads the first extension of a type; nothing if there is none. A host that fails otherwise shows in `error`.
+// Reads the first extension of a type; nothing if there is none, with codecExtensionNotFoundErr in `error`, or
+// if the host fails, with its error there.
 std::optional<ExtensionBytes> ReadExtension(ImageDescriptionHandle description, OSType type, OSErr& error);
 
 // Puts an extension in the place of the one that is there, if any.
@@ -23,7 +24,8 @@ OSErr ReplaceExtension32(ImageDescriptionHandle description, OSType type, u32 va
 
 inline constexpr OSType kTagExtension = FourCharacterCode("Kesp");
 
-// The format tag in its canonical spelling. An error of the host, codecExtensionNotFoundErr among them.
+// The format tag in its canonical spelling. An error of the host, codecExtensionNotFoundErr among them; that is
+// also what an extension without a whole word gives.
 OSErr ReadTag(ImageDescriptionHandle description, u32& tag);
 OSErr ReplaceTag(ImageDescriptionHandle description, u32 tag);
 
@@ -36,6 +38,8 @@ struct ColourNumbers {
 };
 
 std::optional<ColourNumbers> ReadColour(ImageDescriptionHandle description);
+std::optional<ColourNumbers> ReadColour(ImageDescriptionHandle description,
+                                        OSErr& error);  // see ReadExtension
 OSErr ReplaceColour(ImageDescriptionHandle description, ColourNumbers numbers);
 
 }  // namespace vorel::component
