@@ -70,9 +70,11 @@ u32 PerfectNumberOf(u32 pixelFormat) {
 
 // Bits of a sample that the pixel format has by nature; 0 for what is no source.
 u8 NaturalBits(u32 pixelFormat) {
-  constexpr u32 kS210 = FourCharacterCode("S210");  // which the core's query leaves out
   constexpr u32 kLeastBits = 8;
-  const u32 bits = pixelFormat == kS210 ? 10 : VorelSignificantBits(pixelFormat);
+  // The core's query leaves out the one and knows the other, which is a name for targets.
+  if (pixelFormat == FourCharacterCode("S210")) return 10;
+  if (pixelFormat == FourCharacterCode("V210")) return 0;
+  const u32 bits = VorelSignificantBits(pixelFormat);
   return bits < kLeastBits ? u8{0} : static_cast<u8>(bits);
 }
 
