@@ -5,8 +5,8 @@
 
 #include "base/bytes.h"
 #include "component/compression_plan.h"
+#include "component/frame_record.h"
 #include "component/host_errors.h"
-#include "component/image_extensions.h"
 #include "component/pixel_map.h"
 #include "component/work_memory.h"
 
@@ -61,12 +61,6 @@ u32 LargestFrameBytes(VorelFamily family, const PictureSize& size) {
 constexpr OSType kAlphaValue = FourCharacterCode("Alfa");
 constexpr OSType kFormValue = FourCharacterCode("Form");
 constexpr OSType kGammaValue = FourCharacterCode("Gama");
-
-u32 FieldsOfDescription(ImageDescriptionHandle description) {
-  OSErr error = noErr;
-  const auto fields = ReadExtension(description, FourCharacterCode("fiel"), error);
-  return fields && fields->bytes[0] == 1 ? 1 : 2;
-}
 
 // The format that the pictures should come in: theirs if it is taken.
 OSType WantedFormat(VorelFamily family, const PixMap& map) {
@@ -138,17 +132,20 @@ ComponentResult PreCompress(Compressor* instance, CodecCompressParams* parameter
       *parameters->imageDescription == nullptr || parameters->capabilities == nullptr) {
     return paramErr;
   }
-  ImageDescription& description = **parameters->imageDescription;
+  const ImageDescriptionHandle description = parameters->imageDescription;
   instance->busy = 1;
-  instance->alphaMode = description.depth == kDepthWithAlpha ? kAlphaKept : kAlphaNone;
+  instance->alphaMode = (*description)->depth == kDepthWithAlpha ? kAlphaKept : kAlphaNone;
   Host->SetGestaltValue(kAlphaValue, static_cast<i32>(instance->alphaMode));
   *parameters->capabilities = {};
-  parameters->capabilities->bandMin = description.height;
-  instance->subtype = description.cType;
+  parameters->capabilities->bandMin = (*description)->height;
+  instance->subtype = (*description)->cType;
   Host->SetGestaltValue(kFormValue, static_cast<i32>(instance->subtype));
-  description.temporalQuality = 0;
-  description.spatialQuality = kLosslessQuality;
-  instance->fields = FieldsOfDescription(parameters->imageDescription);
+  (*description)->temporalQuality = 0;
+  (*description)->spatialQuality = kLosslessQuality;
+  std::optional<u8> fields;
+  if (const OSErr error = ReadFirstByte(description, FourCharacterCode("fiel"), fields); error != noErr)
+    return error;
+  instance->fields = fields == 1 ? 1 : 2;
   Host->SetGestaltValue(kGammaValue, Host->QTGetPixMapPtrGammaLevel(&parameters->srcPixMap));
   parameters->wantedSourcePixelType = WantedFormat(instance->row->family, parameters->srcPixMap);
   return noErr;

@@ -31,21 +31,24 @@ struct SourcePicture {
   u32 pixelFormat;
 };
 
-std::optional<u8> FirstByte(ImageDescriptionHandle description, OSType type) {
+OSErr ReadFacts(ImageDescriptionHandle description, SourceFacts& facts) {
+  struct {
+    OSType type;
+    std::optional<u8>& byte;
+  } const rows[] = {{FourCharacterCode("Rnge"), facts.rangeExtension},
+                    {FourCharacterCode("fiel"), facts.fieldsExtension},
+                    {kBits, facts.significantBits}};
+  for (const auto& row : rows) {
+    if (const OSErr error = ReadFirstByte(description, row.type, row.byte); error != noErr) return error;
+  }
   OSErr error = noErr;
-  const auto extension = ReadExtension(description, type, error);
-  if (!extension || extension->size < 1) return std::nullopt;
-  return extension->bytes[0];
+  facts.colour = ReadColour(description, error);
+  facts.hasColourExtension = error == noErr;
+  return error == codecExtensionNotFoundErr ? noErr : error;
 }
 
-bool HasExtension(ImageDescriptionHandle description, OSType type) {
-  OSErr error = noErr;
-  return ReadExtension(description, type, error).has_value();
-}
-
-SourceFacts FactsOf(const Compressor& instance, const CodecCompressParams& parameters) {
+OSErr FactsOf(const Compressor& instance, const CodecCompressParams& parameters, SourceFacts& facts) {
   const ImageDescriptionHandle description = parameters.imageDescription;
-  SourceFacts facts = {};
   facts.family = instance.row->family;
   facts.subtype = instance.subtype;
   facts.hostFormat = HostPixelFormat(parameters.srcPixMap);
@@ -53,12 +56,16 @@ SourceFacts FactsOf(const Compressor& instance, const CodecCompressParams& param
   facts.hasAlpha = (*description)->depth == kDepthWithAlpha;
   facts.settings = instance.settings;
   facts.previousTag = instance.tag;
-  facts.rangeExtension = FirstByte(description, FourCharacterCode("Rnge"));
-  facts.fieldsExtension = FirstByte(description, FourCharacterCode("fiel"));
-  facts.hasColourExtension = HasExtension(description, kColour);
-  facts.colour = ReadColour(description);
-  facts.significantBits = FirstByte(description, kBits);
-  return facts;
+  return ReadFacts(description, facts);
+}
+
+// A colour extension, or where none can be made the gamma in its place.
+OSErr WriteColour(CodecCompressParams& parameters, const CompressionPlan& plan) {
+  if (!plan.newColour) return noErr;
+  const ImageDescriptionHandle description = parameters.imageDescription;
+  if (ReplaceColour(description, *plan.newColour) == noErr) return noErr;
+  const Fixed gamma = Host->QTGetPixMapPtrGammaLevel(&parameters.srcPixMap);
+  return ReplaceExtension32(description, kGamma, static_cast<u32>(gamma));
 }
 
 // The extensions as they stand before any refusal.
@@ -66,18 +73,12 @@ OSErr WriteDescription(Compressor& instance, CodecCompressParams& parameters, co
   const ImageDescriptionHandle description = parameters.imageDescription;
   if (const OSErr error = ReplaceExtension32(description, kSpace, plan.pixelFormat); error != noErr)
     return error;
-  if (plan.newColour) ReplaceColour(description, *plan.newColour);
-  if (!HasExtension(description, kColour)) {
-    const Fixed gamma = Host->QTGetPixMapPtrGammaLevel(&parameters.srcPixMap);
-    if (const OSErr error = ReplaceExtension32(description, kGamma, static_cast<u32>(gamma)); error != noErr)
-      return error;
-  }
+  if (const OSErr error = WriteColour(parameters, plan); error != noErr) return error;
   u32 oldTag = 0;
   const OSErr found = ReadTag(description, oldTag);
   if (found != noErr && found != codecExtensionNotFoundErr) return found;
   if (plan.keepsAlpha && VorelHasAlpha(plan.pixelFormat) != 0) parameters.srcPixMap.cmpCount = 4;
-  if (const OSErr error =
-          WriteName(instance.self, **description, FormatNamesId(*instance.row), plan.nameIndex);
+  if (const OSErr error = WriteName(instance.self, description, FormatNamesId(*instance.row), plan.nameIndex);
       error != noErr)
     return error;
   return ReplaceTag(description, plan.tag);
@@ -85,7 +86,9 @@ OSErr WriteDescription(Compressor& instance, CodecCompressParams& parameters, co
 
 // What is settled with the first picture of a sequence and stands for those behind it.
 OSErr BeginSequence(Compressor& instance, CodecCompressParams& parameters) {
-  const CompressionPlan plan = PlanCompression(FactsOf(instance, parameters));
+  SourceFacts facts = {};
+  if (const OSErr error = FactsOf(instance, parameters, facts); error != noErr) return error;
+  const CompressionPlan plan = PlanCompression(facts);
   instance.settings = plan.settings;
   instance.tag = plan.tag;
   if (const OSErr error = WriteDescription(instance, parameters, plan); error != noErr) return error;
@@ -110,58 +113,70 @@ bool IsRowTooShort(const SourcePicture& picture) {
          rowBytes < (((picture.width + 1) & ~u32{1}) * 2 + 2) / 3 * 4;
 }
 
-// Room for a frame: the caller's if the worst case fits there, else memory of the instance.
-u32* FrameRoom(Compressor& instance, const CodecCompressParams& parameters, u32 worstBytes) {
-  if (parameters.bufferSize > 0 && static_cast<u32>(parameters.bufferSize) >= worstBytes)
+// Room for a frame: the caller's if all that is written and read there fits, else memory of the instance.
+u32* FrameRoom(Compressor& instance, const CodecCompressParams& parameters, std::size_t bytes) {
+  if (parameters.bufferSize > 0 && static_cast<u32>(parameters.bufferSize) >= bytes)
     return reinterpret_cast<u32*>(parameters.data);
-  return GrowMemory(instance.frame, worstBytes) ? reinterpret_cast<u32*>(instance.frame.bytes) : nullptr;
+  return GrowMemory(instance.frame, bytes) ? reinterpret_cast<u32*>(instance.frame.bytes) : nullptr;
 }
 
-OSErr CompressPicture(Compressor& instance, CodecCompressParams& parameters, const SourcePicture& picture) {
-  // A picture of no tag has no bound; its encode is refused before anything is written.
-  const u32 bound = VorelMaxFrameBytes(instance.tag, picture.width, picture.height);
-  const u32 worstBytes = bound + VOREL_FRAME_HEADER_BYTES;
-  u32* const frame = FrameRoom(instance, parameters, worstBytes);
-  if (frame == nullptr) return memFullErr;
+// Encodes a picture and proves the frame if that is asked for. The frame's fields are the encoder's to set.
+OSErr MakeFrame(Compressor& instance, const SourcePicture& picture, u32* words, CheckedFrame& frame) {
+  const VorelStatus status =
+      EncodePicture(instance.row->family, picture.pixelFormat, frame.formatChoice, picture.width,
+                    picture.height, picture.rowBytes, picture.base, frame.colourStandard, &frame.wordCursor,
+                    &frame.bitCursor, words, frame.flags);
+  if (status != VOREL_COMPLETE) return codecConditionErr;
+  return instance.settings.mode == kModeOneWay ? noErr : CheckFrame(instance, frame);
+}
+
+// What the encoder is told beside the picture.
+u32 FormatChoice(const Compressor& instance, const CodecCompressParams& parameters) {
   const bool hasAlpha = (*parameters.imageDescription)->depth == kDepthWithAlpha;
   const bool isInterlaced = instance.settings.scan == kScanInterlaced;
-  const u32 formatChoice =
-      (hasAlpha ? u32{VOREL_KEEP_ALPHA} : 0) | (isInterlaced ? u32{VOREL_INTERLACED} : 0);
-  // The room is made for the tag of the sequence: a picture that would get another one has no place here.
-  if (VorelChooseFormatTag(instance.row->family, picture.pixelFormat, formatChoice) != instance.tag)
-    return codecConditionErr;
-  const u32 flags = instance.host.hostIsOldAfterEffects ? u32{VOREL_LITTLE_ENDIAN_B64A} : 0;
-  u32 wordCursor = 0;
-  u32 bitCursor = 0;
-  const VorelStatus status = EncodePicture(
-      instance.row->family, picture.pixelFormat, formatChoice, picture.width, picture.height,
-      picture.rowBytes, picture.base, instance.settings.videoStandard, &wordCursor, &bitCursor, frame, flags);
-  if (status != VOREL_COMPLETE) return codecConditionErr;
-  if (instance.settings.mode != kModeOneWay) {
-    const CheckedFrame checked = {HostPixelFormat(parameters.srcPixMap),
-                                  picture.pixelFormat,
-                                  formatChoice,
-                                  picture.width,
-                                  picture.height,
-                                  picture.rowBytes,
-                                  picture.base,
-                                  instance.settings.videoStandard,
-                                  frame,
-                                  wordCursor,
-                                  bitCursor,
-                                  flags};
-    if (const OSErr error = CheckFrame(instance, checked); error != noErr) return error;
-  }
-  const u64 recordedBytes = (u64{wordCursor} * 32 + 7 + bitCursor) / 8;
-  if (recordedBytes > worstBytes) return memFullErr;
-  ClearFrameTail(reinterpret_cast<u8*>(frame), wordCursor, static_cast<u32>(recordedBytes));
-  if (reinterpret_cast<Ptr>(frame) != parameters.data) {
-    if (parameters.bufferSize > 0 && recordedBytes > static_cast<u32>(parameters.bufferSize))
-      return memFullErr;
+  return (hasAlpha ? u32{VOREL_KEEP_ALPHA} : 0) | (isInterlaced ? u32{VOREL_INTERLACED} : 0);
+}
+
+// Hands a frame to the caller. Nothing is stored there if it doesn't fit.
+OSErr DeliverFrame(CodecCompressParams& parameters, u8* frame, u32 wordCursor, u32 recordedBytes) {
+  ClearFrameTail(frame, wordCursor, recordedBytes);
+  if (frame != parameters.data) {
+    const bool isRoomKnown = parameters.bufferSize > 0;
+    if (isRoomKnown && recordedBytes > static_cast<u32>(parameters.bufferSize)) return memFullErr;
     std::memcpy(parameters.data, frame, recordedBytes);
   }
   (*parameters.imageDescription)->dataSize = static_cast<i32>(recordedBytes);
   return noErr;
+}
+
+OSErr CompressPicture(Compressor& instance, CodecCompressParams& parameters, const SourcePicture& picture) {
+  // The room is made for the tag of the sequence: a picture that would get another one has no place here.
+  const u32 formatChoice = FormatChoice(instance, parameters);
+  const u32 tag = VorelChooseFormatTag(instance.row->family, picture.pixelFormat, formatChoice);
+  if (tag == 0 || tag != instance.tag) return codecConditionErr;
+  const u32 bound = VorelMaxFrameBytes(tag, picture.width, picture.height);
+  const u32 worstBytes = bound + VOREL_FRAME_HEADER_BYTES;
+  const bool isChecked = instance.settings.mode != kModeOneWay;
+  u32* const words =
+      FrameRoom(instance, parameters, isChecked ? ReadableFrameBytes(bound, picture.width) : worstBytes);
+  if (words == nullptr) return memFullErr;
+  CheckedFrame frame = {HostPixelFormat(parameters.srcPixMap),
+                        picture.pixelFormat,
+                        formatChoice,
+                        picture.width,
+                        picture.height,
+                        picture.rowBytes,
+                        picture.base,
+                        instance.settings.videoStandard,
+                        words,
+                        0,
+                        0,
+                        instance.host.hostIsOldAfterEffects ? u32{VOREL_LITTLE_ENDIAN_B64A} : 0};
+  if (const OSErr error = MakeFrame(instance, picture, words, frame); error != noErr) return error;
+  const u64 recordedBytes = (u64{frame.wordCursor} * 32 + 7 + frame.bitCursor) / 8;
+  if (recordedBytes > worstBytes) return memFullErr;
+  return DeliverFrame(parameters, reinterpret_cast<u8*>(words), frame.wordCursor,
+                      static_cast<u32>(recordedBytes));
 }
 
 }  // namespace

@@ -38,8 +38,10 @@ OSErr ReplaceExtension(ImageDescriptionHandle description, OSType type, const u8
   const Handle data = Host->NewHandleClear(size);
   if (data == nullptr) return memFullErr;
   std::memcpy(*data, bytes, static_cast<std::size_t>(size));
-  Host->RemoveImageDescriptionExtension(description, static_cast<i32>(type), 1);  // there may be none
-  const OSErr error = Host->AddImageDescriptionExtension(description, data, static_cast<i32>(type));
+  // An old one that could not be removed would stand before the new one and be read in its place.
+  OSErr error = Host->RemoveImageDescriptionExtension(description, static_cast<i32>(type), 1);
+  if (error == noErr || error == codecExtensionNotFoundErr)
+    error = Host->AddImageDescriptionExtension(description, data, static_cast<i32>(type));
   Host->DisposeHandle(data);
   return error;
 }

@@ -7,7 +7,6 @@
 #include "component/compression_plan.h"
 #include "component/frame_record.h"
 #include "component/host_errors.h"
-#include "component/image_extensions.h"
 #include "component/work_memory.h"
 #include "vorel/frame_routines.h"
 #include "vorel/pixel_formats.h"
@@ -70,12 +69,16 @@ u32 TagOfFields(const TranscodedFormat& format, u32 fields) {
   return fields == 1 ? format.tags[1] : 0;
 }
 
-u32 FieldsOf(ImageDescriptionHandle description) {
+OSErr ReadFields(ImageDescriptionHandle description, u32& fields) {
   i32 said = 0;
-  if (Host->Gestalt(FourCharacterCode("Scan"), &said) == noErr && said != 0) return static_cast<u32>(said);
-  OSErr error = noErr;
-  const auto fields = ReadExtension(description, FourCharacterCode("fiel"), error);
-  return fields && fields->bytes[0] == 1 ? 1 : 2;
+  if (Host->Gestalt(FourCharacterCode("Scan"), &said) == noErr && said != 0) {
+    fields = static_cast<u32>(said);
+    return noErr;
+  }
+  std::optional<u8> extension;
+  const OSErr error = ReadFirstByte(description, FourCharacterCode("fiel"), extension);
+  fields = extension == 1 ? 1 : 2;
+  return error;
 }
 
 struct TranscoderNames {
@@ -114,9 +117,10 @@ OSErr WriteExtensions(const Transcoder& instance, ImageDescriptionHandle descrip
     const OSErr error = ReplaceExtension32(description, FourCharacterCode("gama"), static_cast<u32>(gamma));
     if (error != noErr) return error;
   }
-  OSErr error = noErr;
-  const auto said = ReadExtension(description, FourCharacterCode("sgbt"), error);
-  const u8 bits = said && said->size > 0 ? std::min(said->bytes[0], most) : most;
+  std::optional<u8> said;
+  if (const OSErr error = ReadFirstByte(description, FourCharacterCode("sgbt"), said); error != noErr)
+    return error;
+  const u8 bits = std::min(said.value_or(most), most);
   return ReplaceExtension(description, FourCharacterCode("sgbt"), &bits, 1);
 }
 
@@ -125,7 +129,7 @@ OSErr DescribeFrames(Transcoder& instance, ImageDescriptionHandle description) {
   i32 mode = 0;
   instance.mode = Host->Gestalt(FourCharacterCode("Vorl"), &mode) == noErr ? static_cast<u32>(mode) : 0;
   const i16 list = NamesOf(instance.row->family).list;
-  if (const OSErr error = WriteName(instance.self, **description, list, NameIndex(instance)); error != noErr)
+  if (const OSErr error = WriteName(instance.self, description, list, NameIndex(instance)); error != noErr)
     return error;
   u32 oldTag = 0;
   const OSErr found = ReadTag(description, oldTag);
@@ -139,8 +143,15 @@ OSErr DescribeFrames(Transcoder& instance, ImageDescriptionHandle description) {
   return noErr;
 }
 
-u64 SampleBytes(u32 pixelFormat, u32 width, u32 height) {
-  return u64{SampleRowBytes(pixelFormat, width)} * height;
+// The bytes of a sample. Samples of a foreign pixel format are measured as the transcoder's first own: it is
+// the conversion that refuses them.
+u64 SampleBytes(const Transcoder& instance) {
+  u32 measured = 0;
+  for (const TranscodedFormat& format : kFormats) {
+    if (format.family != instance.row->family) continue;
+    if (measured == 0 || format.pixelFormat == instance.pixelFormat) measured = format.pixelFormat;
+  }
+  return u64{SampleRowBytes(measured, instance.width)} * instance.height;
 }
 
 // A frame in the making.
@@ -266,14 +277,15 @@ ComponentResult BeginTranscoding(Transcoder* instance, ImageDescriptionHandle so
   instance->pixelFormat = VorelNormalizePixelFormat(static_cast<u16>(description.depth), description.cType, 0,
                                                     0, 0, VOREL_RGB_RANGE_AUTOMATIC);
   instance->keepsAlpha = instance->row->family == VOREL_YCBCR_8B_444 && description.depth == kDepthWithAlpha;
-  const u64 wanted = SampleBytes(instance->pixelFormat, instance->width, instance->height);
+  const u64 wanted = SampleBytes(*instance);
   if (wanted == 0 || dataSize < 0 || static_cast<u64>(dataSize) != wanted) return paramErr;
 
   Handle copy = reinterpret_cast<Handle>(source);
   if (const OSErr error = Host->HandToHand(&copy); error != noErr) return error;
   const auto frames = reinterpret_cast<ImageDescriptionHandle>(copy);
-  instance->fields = FieldsOf(frames);
-  if (const OSErr error = DescribeFrames(*instance, frames); error != noErr) {
+  OSErr error = ReadFields(frames, instance->fields);
+  if (error == noErr) error = DescribeFrames(*instance, frames);
+  if (error != noErr) {
     Host->DisposeHandle(copy);
     return error;
   }
@@ -287,15 +299,13 @@ ComponentResult Transcode(Transcoder* instance, void* data, i32 dataSize, void**
       instance->description == nullptr) {
     return paramErr;
   }
-  if (dataSize < 0 ||
-      static_cast<u64>(dataSize) < SampleBytes(instance->pixelFormat, instance->width, instance->height))
-    return paramErr;
-  const u32 room =
-      VorelMaxFrameBytes(instance->tag, instance->width, instance->height) + VOREL_FRAME_HEADER_BYTES;
+  if (dataSize < 0 || static_cast<u64>(dataSize) < SampleBytes(*instance)) return paramErr;
+  const u32 bound = VorelMaxFrameBytes(instance->tag, instance->width, instance->height);
+  const u32 room = bound + VOREL_FRAME_HEADER_BYTES;
   TranscodedFrame made = {};
   made.picture = static_cast<const u8*>(data);
   made.rowBytes = static_cast<i32>(SampleRowBytes(instance->pixelFormat, instance->width));
-  made.words = static_cast<u32*>(Host->Allocate(room));
+  made.words = static_cast<u32*>(Host->Allocate(ReadableFrameBytes(bound, instance->width)));
   if (made.words == nullptr) return memFullErr;
   u32 recordedBytes = 0;
   if (const OSErr error = MakeFrame(*instance, made, room, recordedBytes); error != noErr) {
