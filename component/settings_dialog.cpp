@@ -26,27 +26,31 @@ struct Group {
   std::array<Button, 5> buttons;
   std::size_t count;
   u32 rest;            // what no button says
+  u32 shownForOthers;  // for a value that no button has
   bool inEveryDialog;  // also in that of wide-range frames
 };
 
 constexpr Group kGroups[] = {
-    {&Settings::mode, {{{7, kModeSelfCheck}, {6, kModeOneWay}}}, 2, kModeOneWay, true},
+    {&Settings::mode, {{{7, kModeSelfCheck}, {6, kModeOneWay}}}, 2, kModeOneWay, kModeSelfCheck, true},
     {&Settings::scan,
      {{{9, kScanProgressive}, {10, kScanInterlaced}, {11, kScanAutomatic}}},
      3,
+     kScanAutomatic,
      kScanAutomatic,
      true},
     {&Settings::conversion,
      {{{14, kConversionBest}, {13, kConversionPerfect}}},
      2,
      kConversionPerfect,
+     kConversionBest,
      false},
     {&Settings::videoStandard,
      {{{16, kVideoNtsc}, {17, kVideoPal}, {18, kVideoHd}, {19, kVideoHd1035}, {20, kVideoUnknown}}},
      5,
      kVideoUnknown,
+     kVideoUnknown,
      false},
-    {&Settings::rgbRange, {{{22, 1}, {23, 2}, {24, 0}}}, 3, 0, false},
+    {&Settings::rgbRange, {{{22, 1}, {23, 2}, {24, 0}}}, 3, 0, 0, false},
 };
 
 // Items that a dialog doesn't have are off and stay so.
@@ -65,12 +69,11 @@ bool HasGroup(const Group& group, bool isWideRange) {
   return group.inEveryDialog || !isWideRange;
 }
 
-// A value that no button has turns the group's rest on.
 u32 ShownValue(const Group& group, u32 value) {
   for (std::size_t i = 0; i < group.count; ++i) {
     if (group.buttons[i].value == value) return value;
   }
-  return group.value == &Settings::mode ? u32{kModeSelfCheck} : group.rest;
+  return group.shownForOthers;
 }
 
 void ShowSettings(DialogRef dialog, const Settings& settings, bool isWideRange) {
@@ -168,11 +171,11 @@ OSErr AppendPair(Handle record, OSType key, u32 value) {
 
 // Reads the record and completes it with the instance's values. A block that is no record is begun anew.
 OSErr CompleteRecord(const Compressor& instance, Handle record, Settings& settings) {
-  if (!IsSettingsRecord(*record, Host->GetHandleSize(record) / kPairBytes)) {
-    Host->SetHandleSize(record, 0);
-    if (const OSErr error = Host->MemError(); error != noErr) return error;
-  } else {
-    Host->SetHandleSize(record, Host->GetHandleSize(record) / kPairBytes * kPairBytes);
+  const i32 size = Host->GetHandleSize(record);
+  const i32 pairs = size / kPairBytes;
+  const i32 kept = IsSettingsRecord(*record, pairs) ? pairs * kPairBytes : 0;
+  if (kept != size) {
+    Host->SetHandleSize(record, kept);
     if (const OSErr error = Host->MemError(); error != noErr) return error;
   }
   for (const SettingKey& row : kSettingKeys) {
