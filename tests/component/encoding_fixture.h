@@ -142,6 +142,9 @@ inline Bytes Noise(u32 pixelFormat, std::size_t size, u32 seed) {
   }
   Bytes bytes(size);
   for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<u8>(random() & mask[i % 8]);
+  if (pixelFormat == FourCharacterCode("Y216")) {  // whose lowest and highest codes are limited
+    for (std::size_t i = 1; i < size; i += 2) bytes[i] = static_cast<u8>((bytes[i] & 0x1F) | 0x10);
+  }
   return bytes;
 }
 
