@@ -18,7 +18,6 @@ namespace vorel::component {
 namespace {
 
 constexpr OSType kSpace = FourCharacterCode("cspc");
-constexpr OSType kColour = FourCharacterCode("colr");
 constexpr OSType kGamma = FourCharacterCode("gama");
 constexpr OSType kBits = FourCharacterCode("sgbt");
 
