@@ -84,11 +84,7 @@ void Pair(benchmark::State& state, const std::vector<const Sequence*>& sequences
           Direct direct, Component component) {
   const tool::HostSession host;
   std::vector<std::unique_ptr<Prepared>> prepared;
-  double pixels = 0;
-  for (const Sequence* sequence : sequences) {
-    prepared.push_back(std::make_unique<Prepared>(*sequence, name));
-    pixels += double(sequence->width) * sequence->height * double(prepared.back()->frames.size());
-  }
+  for (const Sequence* sequence : sequences) prepared.push_back(std::make_unique<Prepared>(*sequence, name));
   std::vector<double> directTimes;
   std::vector<double> componentTimes;
   std::vector<double> ratios;

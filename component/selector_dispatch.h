@@ -70,7 +70,7 @@ struct SelectorThunk<Function> {
       word |= (size == 1 ? 1u : size == 2 ? 2u : 3u) << shift;
       shift += 2;
     };
-    (add(sizeof(Arguments)), ...);
+    (add(sizeof(std::conditional_t<std::is_pointer_v<Arguments>, u32, Arguments>)), ...);
     return word;
   }
 };

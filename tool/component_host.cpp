@@ -131,11 +131,11 @@ container::SampleDescription DescriptionOfHost(component::ImageDescriptionHandle
 }
 
 std::string ResultText(component::ComponentResult result) {
-  const std::string number = "error " + std::to_string(result);
+  std::string text = "error " + std::to_string(result);
   for (const ResultRow& row : kResults) {
-    if (row.result == result) return number + " (" + row.text + ")";
+    if (row.result == result) text += std::string(" (") + row.text + ")";
   }
-  return number;
+  return text;
 }
 
 }  // namespace vorel::tool

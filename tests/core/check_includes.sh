@@ -13,7 +13,7 @@ declare -A below=(
   [component]="base component vorel"
   [container]="base container"
   [picture_io]="base picture_io vorel"
-  [tool]="base frame container picture_io tool vorel"
+  [tool]="base frame component container picture_io tool vorel"
 )
 bad=0
 files=0
