@@ -143,6 +143,37 @@ TEST_F(SelfCheckTest, ConversionsThatLoseCodesAreADifference) {
   ProveRows(kRows);
 }
 
+// Small pictures of noise fill their bound to the last word and beyond. The buffer ends where the bound does, so
+// that a decoder that looks further is seen by a sanitizer.
+TEST_F(SelfCheckTest, ProofsStayInsideTheFramesMemory) {
+  constexpr Row kRows[] = {
+      {"Vrl7", "b64a", 32, noErr}, {"Vrl7", "R10k", 24, noErr}, {"Vrl1", "32", 32, noErr},
+      {"Vrl1", "24", 24, noErr},   {"Vrl5", "v410", 24, noErr}, {"Vrl2", "v408", 32, noErr},
+      {"Vrl6", "v210", 24, noErr}, {"Vrl3", "2vuy", 24, noErr}, {"Vrl4", "yuvu", 24, noErr}};
+  int proved = 0;
+  for (const Row& row : kRows) {
+    const ComponentInstance compressor = OpenCompressorOf(CodeOf(row.subtype));
+    for (i16 width = 1; width <= 9; ++width) {
+      for (i16 height = 1; height <= 5; ++height) {
+        const auto job = MakeJob(CodeOf(row.subtype), CodeOf(row.format), width, height, row.depth);
+        i32 most = 0;
+        embedded::CallSelector(compressor, kImageCodecGetMaxCompressionSizeSelect, nullptr,
+                               &job->parameters.srcPixMap.bounds, 24, 0, &most);
+        SetBuffer(*job, static_cast<std::size_t>(most));
+        for (const u32 scan : {kScanProgressive, kScanInterlaced}) {
+          SetRecord(compressor, Record({kModeSelfCheck, scan, kConversionBest, 0, 0}));
+          const ComponentResult result = Compress(compressor, *job);
+          const bool isExpected = result == noErr || result == memFullErr || result == codecConditionErr;
+          EXPECT_TRUE(isExpected) << row.format << " " << width << "x" << height << " " << result;
+          proved += result == noErr ? 1 : 0;
+        }
+      }
+    }
+    Host->CloseComponent(compressor);
+  }
+  EXPECT_GT(proved, 100);
+}
+
 // ---- The check alone, on frames that were damaged after they were made
 
 struct ProvedFrame {
