@@ -27,13 +27,17 @@ using ControlRef = struct HostControl*;  // of a dialog item
 using Slot = std::intptr_t;
 inline constexpr std::size_t kMostSlots = 10;
 
+// The compiler for Windows expands no macro within a pragma, so the pragma is the macro.
 #if defined(_WIN32) && !defined(_WIN64)
 #define VOREL_HOST_PACKING 2
+#define VOREL_HOST_PACK_BEGIN _Pragma("pack(push, 2)")
 #else
 #define VOREL_HOST_PACKING 8
+#define VOREL_HOST_PACK_BEGIN _Pragma("pack(push, 8)")
 #endif
+#define VOREL_HOST_PACK_END _Pragma("pack(pop)")
 
-#pragma pack(push, VOREL_HOST_PACKING)
+VOREL_HOST_PACK_BEGIN
 
 struct ComponentParameters {
   u8 flags;      // 0 in calls that are made, not to be looked at in calls that come
@@ -42,7 +46,7 @@ struct ComponentParameters {
   Slot params[1];
 };
 
-#pragma pack(pop)
+VOREL_HOST_PACK_END
 
 #pragma pack(push, 2)
 
@@ -148,7 +152,7 @@ struct ICMPixelFormatInfo {
 
 #pragma pack(pop)
 
-#pragma pack(push, VOREL_HOST_PACKING)
+VOREL_HOST_PACK_BEGIN
 
 struct PixMap {
   Ptr baseAddr;
@@ -308,12 +312,17 @@ using ImageCodecMPDrawBand = ComponentResult (*)(void* refCon, ImageSubCodecDeco
 using ComponentMPWorkFunction = ComponentResult (*)(void* refCon, void* header);
 using ModalFilter = Boolean (*)(DialogRef dialog, void* event, i16* itemHit);
 
-#pragma pack(pop)
+VOREL_HOST_PACK_END
 
-// How selector functions look to a host that calls them: storage, then slots. On the 32-bit host a function
-// that takes fewer slots than there are is called with those it takes.
+// How selector functions look to a host that calls them: storage, then slots. The 32-bit host puts on the stack
+// the slots that a call has and no more. What lies above them is the host's own, and a function that declared
+// all slots might write there.
+#if VOREL_HOST_PACKING == 2
+using SelectorFunction = ComponentResult (*)(Handle storage, ...);
+#else
 using SelectorFunction = ComponentResult (*)(Handle storage, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot,
                                              Slot, Slot);
+#endif
 
 static_assert(sizeof(Rect) == 8 && sizeof(ImageDescription) == 86 && sizeof(CodecInfo) == 72);
 static_assert(offsetof(ImageDescription, dataSize) == 44 && offsetof(ImageDescription, name) == 50 &&
@@ -328,22 +337,98 @@ static_assert(sizeof(ICMPixelFormatInfo) == 100 && offsetof(ICMPixelFormatInfo, 
               offsetof(ICMPixelFormatInfo, cmpCount) == 96);
 
 #if VOREL_HOST_PACKING == 2
-static_assert(sizeof(ComponentParameters) == 8 && sizeof(PixMap) == 50);
-static_assert(offsetof(PixMap, cmpCount) == 34 && offsetof(PixMap, pixelFormat) == 38);
-static_assert(offsetof(CGrafPort, portPixMap) == 2);
-static_assert(sizeof(CodecCompressParams) == 218 && offsetof(CodecCompressParams, capabilities) == 34 &&
-              offsetof(CodecCompressParams, srcPixMap) == 62 &&
-              offsetof(CodecCompressParams, spatialQuality) == 162);
-static_assert(sizeof(CodecDecompressParams) == 234 && offsetof(CodecDecompressParams, capabilities) == 34 &&
-              offsetof(CodecDecompressParams, dataProcRecord) == 54 &&
-              offsetof(CodecDecompressParams, dstPixMap) == 66 &&
-              offsetof(CodecDecompressParams, accuracy) == 136 &&
-              offsetof(CodecDecompressParams, wantedDestinationPixelTypes) == 172 &&
-              offsetof(CodecDecompressParams, preferredOffscreenPixelSize) == 184 &&
-              offsetof(CodecDecompressParams, finalDestinationPort) == 198);
-static_assert(sizeof(ImageSubCodecDecompressRecord) == 52 &&
-              offsetof(ImageSubCodecDecompressRecord, userDecompressRecord) == 28 &&
-              offsetof(ImageSubCodecDecompressRecord, frameType) == 32);
+#define VOREL_AT(RECORD, FIELD, OFFSET) static_assert(offsetof(RECORD, FIELD) == (OFFSET))
+
+static_assert(sizeof(Slot) == 4 && sizeof(Handle) == 4 && sizeof(ICMDataProcRecord) == 8 &&
+              sizeof(ICMFlushProcRecord) == 8 && sizeof(ICMProgressProcRecord) == 8 &&
+              sizeof(ICMCompletionProcRecord) == 8);
+static_assert(sizeof(ComponentParameters) == 8);
+VOREL_AT(ComponentParameters, paramSize, 1);
+VOREL_AT(ComponentParameters, what, 2);
+VOREL_AT(ComponentParameters, params, 4);
+
+static_assert(sizeof(PixMap) == 50);
+VOREL_AT(PixMap, rowBytes, 4);
+VOREL_AT(PixMap, bounds, 6);
+VOREL_AT(PixMap, pmVersion, 14);
+VOREL_AT(PixMap, packSize, 18);
+VOREL_AT(PixMap, hRes, 22);
+VOREL_AT(PixMap, pixelType, 30);
+VOREL_AT(PixMap, pixelSize, 32);
+VOREL_AT(PixMap, cmpCount, 34);
+VOREL_AT(PixMap, cmpSize, 36);
+VOREL_AT(PixMap, pixelFormat, 38);
+VOREL_AT(PixMap, pmTable, 42);
+VOREL_AT(PixMap, pmExt, 46);
+VOREL_AT(CGrafPort, portPixMap, 2);
+
+static_assert(sizeof(CodecCompressParams) == 218);
+VOREL_AT(CodecCompressParams, imageDescription, 4);
+VOREL_AT(CodecCompressParams, data, 8);
+VOREL_AT(CodecCompressParams, bufferSize, 12);
+VOREL_AT(CodecCompressParams, conditionFlags, 28);
+VOREL_AT(CodecCompressParams, callerFlags, 32);
+VOREL_AT(CodecCompressParams, capabilities, 34);
+VOREL_AT(CodecCompressParams, progressProcRecord, 38);
+VOREL_AT(CodecCompressParams, completionProcRecord, 46);
+VOREL_AT(CodecCompressParams, flushProcRecord, 54);
+VOREL_AT(CodecCompressParams, srcPixMap, 62);
+VOREL_AT(CodecCompressParams, prevPixMap, 112);
+VOREL_AT(CodecCompressParams, spatialQuality, 162);
+VOREL_AT(CodecCompressParams, dataRateParams, 174);
+VOREL_AT(CodecCompressParams, majorSourceChangeSeed, 182);
+VOREL_AT(CodecCompressParams, sourceData, 186);
+VOREL_AT(CodecCompressParams, preferredPacketSizeInBytes, 190);
+VOREL_AT(CodecCompressParams, wantedSourcePixelType, 202);
+VOREL_AT(CodecCompressParams, compressedDataSize, 206);
+VOREL_AT(CodecCompressParams, taskName, 214);
+
+static_assert(sizeof(CodecDecompressParams) == 234);
+VOREL_AT(CodecDecompressParams, imageDescription, 4);
+VOREL_AT(CodecDecompressParams, data, 8);
+VOREL_AT(CodecDecompressParams, bufferSize, 12);
+VOREL_AT(CodecDecompressParams, conditionFlags, 28);
+VOREL_AT(CodecDecompressParams, callerFlags, 32);
+VOREL_AT(CodecDecompressParams, capabilities, 34);
+VOREL_AT(CodecDecompressParams, progressProcRecord, 38);
+VOREL_AT(CodecDecompressParams, completionProcRecord, 46);
+VOREL_AT(CodecDecompressParams, dataProcRecord, 54);
+VOREL_AT(CodecDecompressParams, port, 62);
+VOREL_AT(CodecDecompressParams, dstPixMap, 66);
+VOREL_AT(CodecDecompressParams, maskBits, 116);
+VOREL_AT(CodecDecompressParams, srcRect, 124);
+VOREL_AT(CodecDecompressParams, matrix, 132);
+VOREL_AT(CodecDecompressParams, accuracy, 136);
+VOREL_AT(CodecDecompressParams, transferMode, 140);
+VOREL_AT(CodecDecompressParams, frameTime, 142);
+VOREL_AT(CodecDecompressParams, matrixFlags, 150);
+VOREL_AT(CodecDecompressParams, dstRect, 152);
+VOREL_AT(CodecDecompressParams, sourceData, 164);
+VOREL_AT(CodecDecompressParams, maskRegion, 168);
+VOREL_AT(CodecDecompressParams, wantedDestinationPixelTypes, 172);
+VOREL_AT(CodecDecompressParams, preferredOffscreenPixelSize, 184);
+VOREL_AT(CodecDecompressParams, syncFrameTime, 186);
+VOREL_AT(CodecDecompressParams, unused, 194);
+VOREL_AT(CodecDecompressParams, finalDestinationPort, 198);
+VOREL_AT(CodecDecompressParams, displayableAreaOfRequestedBuffer, 210);
+VOREL_AT(CodecDecompressParams, requestedSingleField, 218);
+VOREL_AT(CodecDecompressParams, bufferGammaLevel, 222);
+VOREL_AT(CodecDecompressParams, taskName, 230);
+
+static_assert(sizeof(ImageSubCodecDecompressRecord) == 52);
+VOREL_AT(ImageSubCodecDecompressRecord, rowBytes, 4);
+VOREL_AT(ImageSubCodecDecompressRecord, codecData, 8);
+VOREL_AT(ImageSubCodecDecompressRecord, progressProcRecord, 12);
+VOREL_AT(ImageSubCodecDecompressRecord, dataProcRecord, 20);
+VOREL_AT(ImageSubCodecDecompressRecord, userDecompressRecord, 28);
+VOREL_AT(ImageSubCodecDecompressRecord, frameType, 32);
+VOREL_AT(ImageSubCodecDecompressRecord, inhibitMP, 33);
+VOREL_AT(ImageSubCodecDecompressRecord, priv, 36);
+VOREL_AT(ImageSubCodecDecompressRecord, drawBandCompleteUPP, 44);
+#undef VOREL_AT
 #endif
+
+#undef VOREL_HOST_PACK_BEGIN
+#undef VOREL_HOST_PACK_END
 
 }  // namespace vorel::component

@@ -1,6 +1,7 @@
 // From a selector to the function that serves it, by the tables of a component.
 #pragma once
 #include <array>
+#include <cstdarg>
 #include <cstring>
 #include <span>
 #include <type_traits>
@@ -56,10 +57,21 @@ struct SelectorThunk<Function> {
     return Function(reinterpret_cast<Storage*>(storage), FromSlot<Arguments>(slots[Indices])...);
   }
 
+#if VOREL_HOST_PACKING == 2
+  static ComponentResult Call(Handle storage, ...) {
+    std::array<Slot, kMostSlots> slots = {};
+    va_list given;
+    va_start(given, storage);
+    for (std::size_t i = 0; i < sizeof...(Arguments); ++i) slots[i] = va_arg(given, Slot);
+    va_end(given);
+    return Spread(storage, slots, std::index_sequence_for<Arguments...>{});
+  }
+#else
   static ComponentResult Call(Handle storage, Slot s0, Slot s1, Slot s2, Slot s3, Slot s4, Slot s5, Slot s6,
                               Slot s7, Slot s8, Slot s9) {
     return Spread(storage, {s0, s1, s2, s3, s4, s5, s6, s7, s8, s9}, std::index_sequence_for<Arguments...>{});
   }
+#endif
 
   // Four bits of convention, two of result size, then two for each argument, storage first: 1, 2 or 3 for one,
   // two or four bytes. A pointer counts as four.

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "base/problem.h"
 #include "component/resources/resource_tables.h"
@@ -19,8 +20,8 @@ constexpr const char* kUsage =
 Bytes ReadFile(const std::string& name) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(name, error);
-  if (!error) {
-    Bytes bytes(size);
+  if (!error && size <= std::numeric_limits<u32>::max()) {
+    Bytes bytes(static_cast<std::size_t>(size));
     std::ifstream file(name, std::ios::binary);
     if (file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size))) return bytes;
   }
