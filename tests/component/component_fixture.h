@@ -10,13 +10,16 @@
 
 namespace vorel::component {
 
+// The entries that the host is given: those linked here, or those of a library.
+std::span<const NamedEntry> TestedEntries();
+
 struct ComponentTest : testing::Test {
   void SetUp() override { StartHost({}); }
 
   // Another host than the usual one: settings but for resources and entries.
   static void StartHost(embedded::HostSettings settings) {
     settings.resourceFork = {kResourceFork, kResourceForkBytes};
-    settings.entries = Entries();
+    settings.entries = TestedEntries();
     embedded::StopEmbeddedHost();
     embedded::StartEmbeddedHost(settings);
   }

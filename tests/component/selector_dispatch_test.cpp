@@ -165,9 +165,11 @@ ComponentResult NoteDelegation(ComponentParameters* parameters, ComponentInstanc
   return 72;
 }
 
-ComponentResult AnyFunction(Handle, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot) {
+ComponentResult Anything(Decompressor* /* instance */) {
   return 73;
 }
+
+constexpr SelectorFunction AnyFunction = SelectorThunk<Anything>::Call;
 
 // A host of two operations, which note what they are called with.
 struct ServeSelectorTest : testing::Test {
@@ -206,7 +208,7 @@ TEST_F(ServeSelectorTest, AFunctionGetsTheBlockAndTheStorage) {
     EXPECT_EQ(served.calls, 1);
     EXPECT_EQ(served.storage, storage);
     EXPECT_EQ(served.parameters, &parameters);
-    EXPECT_EQ(served.function, &AnyFunction);
+    EXPECT_EQ(served.function, AnyFunction);
   }
 }
 

@@ -2,6 +2,7 @@
 # The finished component library as a file: what the loader of the system and the host's reader of resources see.
 # Usage: check_library.sh BUILD_FOLDER MAKE_RESOURCES
 set -euo pipefail
+export LC_ALL=C  # bytes are bytes
 library=$1/VorelVideo.qtx
 linked=$1/component/windows/VorelVideo.qtx  # before the resources
 make_resources=$2
