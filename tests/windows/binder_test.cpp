@@ -204,7 +204,7 @@ TEST_F(BinderTest, ANewHostThatDoesNotHoldItselfIsKept) {
   EXPECT_TRUE(IsLoaded());
 }
 
-// Of each part of the version one byte counts: 7.256.1 is 7.0.1.
+// Of each part of the version one byte counts: 7.2048.1 is 7.0.1.
 TEST_F(BinderTest, PartsOfTheVersionAreBytes) {
   HoldItself();
   SetValue("QTSysDir", FolderOf("wide_version"));
@@ -219,6 +219,16 @@ TEST_F(BinderTest, AHostThatIsLoadedAlreadyStaysLoaded) {
   EXPECT_EQ(BindQuickTime(), 0);
   EXPECT_EQ(moduleHandle, nullptr);
   EXPECT_TRUE(IsLoaded());
+}
+
+// Only a reference that this very call has made is given up.
+TEST_F(BinderTest, AHostOfAnEarlierCallIsKeptAndNotAsked) {
+  HoldItself();
+  moduleHandle = LoadLibraryA((FolderOf("new") + "\\QuickTime.qts").c_str());
+  ASSERT_NE(moduleHandle, nullptr);
+  EXPECT_EQ(BindQuickTime(), 0);
+  EXPECT_NE(moduleHandle, nullptr);
+  EXPECT_EQ(LastSelector(), "");
 }
 
 // --- Questions ---
