@@ -336,96 +336,15 @@ static_assert(sizeof(ImageSubCodecDecompressCapabilities) == 32 &&
 static_assert(sizeof(ICMPixelFormatInfo) == 100 && offsetof(ICMPixelFormatInfo, defaultGammaLevel) == 36 &&
               offsetof(ICMPixelFormatInfo, cmpCount) == 96);
 
-#if VOREL_HOST_PACKING == 2
-#define VOREL_AT(RECORD, FIELD, OFFSET) static_assert(offsetof(RECORD, FIELD) == (OFFSET))
-
+#if VOREL_HOST_PACKING == 2  // windows/host_layout.cpp has every offset
 static_assert(sizeof(Slot) == 4 && sizeof(Handle) == 4 && sizeof(ICMDataProcRecord) == 8 &&
               sizeof(ICMFlushProcRecord) == 8 && sizeof(ICMProgressProcRecord) == 8 &&
               sizeof(ICMCompletionProcRecord) == 8);
 static_assert(sizeof(ComponentParameters) == 8);
-VOREL_AT(ComponentParameters, paramSize, 1);
-VOREL_AT(ComponentParameters, what, 2);
-VOREL_AT(ComponentParameters, params, 4);
-
 static_assert(sizeof(PixMap) == 50);
-VOREL_AT(PixMap, rowBytes, 4);
-VOREL_AT(PixMap, bounds, 6);
-VOREL_AT(PixMap, pmVersion, 14);
-VOREL_AT(PixMap, packSize, 18);
-VOREL_AT(PixMap, hRes, 22);
-VOREL_AT(PixMap, pixelType, 30);
-VOREL_AT(PixMap, pixelSize, 32);
-VOREL_AT(PixMap, cmpCount, 34);
-VOREL_AT(PixMap, cmpSize, 36);
-VOREL_AT(PixMap, pixelFormat, 38);
-VOREL_AT(PixMap, pmTable, 42);
-VOREL_AT(PixMap, pmExt, 46);
-VOREL_AT(CGrafPort, portPixMap, 2);
-
 static_assert(sizeof(CodecCompressParams) == 218);
-VOREL_AT(CodecCompressParams, imageDescription, 4);
-VOREL_AT(CodecCompressParams, data, 8);
-VOREL_AT(CodecCompressParams, bufferSize, 12);
-VOREL_AT(CodecCompressParams, conditionFlags, 28);
-VOREL_AT(CodecCompressParams, callerFlags, 32);
-VOREL_AT(CodecCompressParams, capabilities, 34);
-VOREL_AT(CodecCompressParams, progressProcRecord, 38);
-VOREL_AT(CodecCompressParams, completionProcRecord, 46);
-VOREL_AT(CodecCompressParams, flushProcRecord, 54);
-VOREL_AT(CodecCompressParams, srcPixMap, 62);
-VOREL_AT(CodecCompressParams, prevPixMap, 112);
-VOREL_AT(CodecCompressParams, spatialQuality, 162);
-VOREL_AT(CodecCompressParams, dataRateParams, 174);
-VOREL_AT(CodecCompressParams, majorSourceChangeSeed, 182);
-VOREL_AT(CodecCompressParams, sourceData, 186);
-VOREL_AT(CodecCompressParams, preferredPacketSizeInBytes, 190);
-VOREL_AT(CodecCompressParams, wantedSourcePixelType, 202);
-VOREL_AT(CodecCompressParams, compressedDataSize, 206);
-VOREL_AT(CodecCompressParams, taskName, 214);
-
 static_assert(sizeof(CodecDecompressParams) == 234);
-VOREL_AT(CodecDecompressParams, imageDescription, 4);
-VOREL_AT(CodecDecompressParams, data, 8);
-VOREL_AT(CodecDecompressParams, bufferSize, 12);
-VOREL_AT(CodecDecompressParams, conditionFlags, 28);
-VOREL_AT(CodecDecompressParams, callerFlags, 32);
-VOREL_AT(CodecDecompressParams, capabilities, 34);
-VOREL_AT(CodecDecompressParams, progressProcRecord, 38);
-VOREL_AT(CodecDecompressParams, completionProcRecord, 46);
-VOREL_AT(CodecDecompressParams, dataProcRecord, 54);
-VOREL_AT(CodecDecompressParams, port, 62);
-VOREL_AT(CodecDecompressParams, dstPixMap, 66);
-VOREL_AT(CodecDecompressParams, maskBits, 116);
-VOREL_AT(CodecDecompressParams, srcRect, 124);
-VOREL_AT(CodecDecompressParams, matrix, 132);
-VOREL_AT(CodecDecompressParams, accuracy, 136);
-VOREL_AT(CodecDecompressParams, transferMode, 140);
-VOREL_AT(CodecDecompressParams, frameTime, 142);
-VOREL_AT(CodecDecompressParams, matrixFlags, 150);
-VOREL_AT(CodecDecompressParams, dstRect, 152);
-VOREL_AT(CodecDecompressParams, sourceData, 164);
-VOREL_AT(CodecDecompressParams, maskRegion, 168);
-VOREL_AT(CodecDecompressParams, wantedDestinationPixelTypes, 172);
-VOREL_AT(CodecDecompressParams, preferredOffscreenPixelSize, 184);
-VOREL_AT(CodecDecompressParams, syncFrameTime, 186);
-VOREL_AT(CodecDecompressParams, unused, 194);
-VOREL_AT(CodecDecompressParams, finalDestinationPort, 198);
-VOREL_AT(CodecDecompressParams, displayableAreaOfRequestedBuffer, 210);
-VOREL_AT(CodecDecompressParams, requestedSingleField, 218);
-VOREL_AT(CodecDecompressParams, bufferGammaLevel, 222);
-VOREL_AT(CodecDecompressParams, taskName, 230);
-
 static_assert(sizeof(ImageSubCodecDecompressRecord) == 52);
-VOREL_AT(ImageSubCodecDecompressRecord, rowBytes, 4);
-VOREL_AT(ImageSubCodecDecompressRecord, codecData, 8);
-VOREL_AT(ImageSubCodecDecompressRecord, progressProcRecord, 12);
-VOREL_AT(ImageSubCodecDecompressRecord, dataProcRecord, 20);
-VOREL_AT(ImageSubCodecDecompressRecord, userDecompressRecord, 28);
-VOREL_AT(ImageSubCodecDecompressRecord, frameType, 32);
-VOREL_AT(ImageSubCodecDecompressRecord, inhibitMP, 33);
-VOREL_AT(ImageSubCodecDecompressRecord, priv, 36);
-VOREL_AT(ImageSubCodecDecompressRecord, drawBandCompleteUPP, 44);
-#undef VOREL_AT
 #endif
 
 #undef VOREL_HOST_PACK_BEGIN

@@ -28,6 +28,14 @@ i32 FindPair(const u8* pairs, i32 count, OSType key, bool& isSwapped) {
 
 }  // namespace
 
+void WriteRecord(const Settings& settings, u8* pairs) {
+  for (const SettingKey& row : kSettingKeys) {
+    StoreNative(pairs, row.key);
+    StoreNative(pairs + 4, settings.*row.value);
+    pairs += kPairBytes;
+  }
+}
+
 bool IsSettingsRecord(const u8* pairs, i32 count) {
   if (count <= 0) return false;
   const u32 key = LoadNative<u32>(pairs);
@@ -52,14 +60,9 @@ void ReplaceSetting(u8* pairs, i32 count, OSType key, u32 value) {
 
 ComponentResult GetSettings(Compressor* instance, Handle settings) {
   if (instance == nullptr || settings == nullptr) return paramErr;
-  Host->SetHandleSize(settings, static_cast<i32>(std::size(kSettingKeys)) * kPairBytes);
+  Host->SetHandleSize(settings, kRecordBytes);
   if (const OSErr error = Host->MemError(); error != noErr) return error;
-  u8* pair = *settings;
-  for (const SettingKey& row : kSettingKeys) {
-    StoreNative(pair, row.key);
-    StoreNative(pair + 4, instance->settings.*row.value);
-    pair += kPairBytes;
-  }
+  WriteRecord(instance->settings, *settings);
   return noErr;
 }
 

@@ -30,6 +30,11 @@ inline constexpr SettingKey kSettingKeys[] = {
     {FourCharacterCode("Rnge"), FourCharacterCode("Rnge"), &Settings::rgbRange},
 };
 
+inline constexpr i32 kRecordBytes = static_cast<i32>(std::size(kSettingKeys)) * kPairBytes;
+
+// Writes a record of all five pairs: kRecordBytes.
+void WriteRecord(const Settings& settings, u8* pairs);
+
 // Whether a block begins with the first key, in either byte order.
 bool IsSettingsRecord(const u8* pairs, i32 count);
 

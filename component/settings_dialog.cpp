@@ -4,15 +4,12 @@
 
 #include "base/bytes.h"
 #include "component/host_errors.h"
+#include "component/resources/dialog_items.h"
 #include "component/settings.h"
 
 namespace vorel::component {
 
 namespace {
-
-constexpr i16 kOkItem = 1;
-constexpr i16 kCancelItem = 2;
-constexpr i16 kRevertItem = 3;
 
 // One radio button. The first button of a group that is on tells the value; a group with none on has that of its
 // row marked as the rest.
@@ -31,26 +28,42 @@ struct Group {
 };
 
 constexpr Group kGroups[] = {
-    {&Settings::mode, {{{7, kModeSelfCheck}, {6, kModeOneWay}}}, 2, kModeOneWay, kModeSelfCheck, true},
+    {&Settings::mode,
+     {{{kItemSelfCheck, kModeSelfCheck}, {kItemOneWay, kModeOneWay}}},
+     2,
+     kModeOneWay,
+     kModeSelfCheck,
+     true},
     {&Settings::scan,
-     {{{9, kScanProgressive}, {10, kScanInterlaced}, {11, kScanAutomatic}}},
+     {{{kItemProgressive, kScanProgressive},
+       {kItemInterlaced, kScanInterlaced},
+       {kItemAutomaticScan, kScanAutomatic}}},
      3,
      kScanAutomatic,
      kScanAutomatic,
      true},
     {&Settings::conversion,
-     {{{14, kConversionBest}, {13, kConversionPerfect}}},
+     {{{kItemBest, kConversionBest}, {kItemPerfect, kConversionPerfect}}},
      2,
      kConversionPerfect,
      kConversionBest,
      false},
     {&Settings::videoStandard,
-     {{{16, kVideoNtsc}, {17, kVideoPal}, {18, kVideoHd}, {19, kVideoHd1035}, {20, kVideoUnknown}}},
+     {{{kItemNtsc, kVideoNtsc},
+       {kItemPalSecam, kVideoPal},
+       {kItemHd, kVideoHd},
+       {kItemHd1035, kVideoHd1035},
+       {kItemUnknownStandard, kVideoUnknown}}},
      5,
      kVideoUnknown,
      kVideoUnknown,
      false},
-    {&Settings::rgbRange, {{{22, 1}, {23, 2}, {24, 0}}}, 3, 0, 0, false},
+    {&Settings::rgbRange,
+     {{{kItemFullRange, 1}, {kItemVideoRange, 2}, {kItemAutomaticRange, 0}}},
+     3,
+     0,
+     0,
+     false},
 };
 
 // Items that a dialog doesn't have are off and stay so.
@@ -112,17 +125,17 @@ void SelectButton(DialogRef dialog, i16 item, bool isWideRange) {
 bool RunDialog(DialogRef dialog, ModalFilter filter, Settings& settings, bool isWideRange) {
   const Settings before = settings;
   ShowSettings(dialog, settings, isWideRange);
-  Host->SetDialogDefaultItem(dialog, kOkItem);
-  Host->SetDialogCancelItem(dialog, kCancelItem);
+  Host->SetDialogDefaultItem(dialog, kItemOk);
+  Host->SetDialogCancelItem(dialog, kItemCancel);
   Host->MacSetPort(dialog);
   Host->MacShowWindow(dialog);
   for (;;) {
-    i16 item = kCancelItem;
+    i16 item = kItemCancel;
     Host->ModalDialog(filter, &item);
-    if (item == kCancelItem) return false;
-    if (item == kRevertItem) {
+    if (item == kItemCancel) return false;
+    if (item == kItemRevert) {
       ShowSettings(dialog, before, isWideRange);
-    } else if (item == kOkItem) {
+    } else if (item == kItemOk) {
       ReadSettings(dialog, settings, isWideRange);
       return true;
     } else {
@@ -191,7 +204,7 @@ OSErr CompleteRecord(const Compressor& instance, Handle record, Settings& settin
   return noErr;
 }
 
-void WriteRecord(Handle record, const Settings& settings) {
+void ReplaceValues(Handle record, const Settings& settings) {
   const i32 count = Host->GetHandleSize(record) / kPairBytes;
   for (const SettingKey& row : kSettingKeys) ReplaceSetting(*record, count, row.key, settings.*row.value);
 }
@@ -217,7 +230,7 @@ ComponentResult RequestSettings(Compressor* instance, Handle settings, Rect* /* 
   OSErr error = CompleteRecord(*instance, copy, chosen);
   if (error == noErr) error = AskUser(instance->self, filter, chosen);
   if (error == noErr) {
-    WriteRecord(copy, chosen);
+    ReplaceValues(copy, chosen);
     error = CopyBlock(copy, settings);
   }
   Host->DisposeHandle(copy);

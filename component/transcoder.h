@@ -5,8 +5,6 @@
 
 namespace vorel::component {
 
-struct TranscodedFormat;
-
 struct Transcoder {
   ComponentInstance self;
   ComponentInstance target;

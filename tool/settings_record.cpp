@@ -86,13 +86,8 @@ Settings SettingsOfRecord(const std::vector<u8>& record) {
 }
 
 std::vector<u8> RecordOfSettings(const Settings& settings) {
-  std::vector<u8> record(std::size(component::kSettingKeys) * component::kPairBytes);
-  u8* pair = record.data();
-  for (const component::SettingKey& row : component::kSettingKeys) {
-    StoreNative(pair, row.key);
-    StoreNative(pair + 4, settings.*row.value);
-    pair += component::kPairBytes;
-  }
+  std::vector<u8> record(component::kRecordBytes);
+  component::WriteRecord(settings, record.data());
   return record;
 }
 
