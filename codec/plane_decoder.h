@@ -3,7 +3,7 @@
 #pragma once
 #include "codec/row_buffer.h"
 #include "codec/strip_rebuild.h"
-#include "entropy/symbol_coder.h"
+#include "entropy/symbol_reader.h"
 #include "frame/argument_check.h"
 #include "frame/frame_limits.h"
 #include "frame/row_walk.h"

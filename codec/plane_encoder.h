@@ -2,7 +2,7 @@
 // the function that fills a strip.
 #pragma once
 #include "codec/strip_symbols.h"
-#include "entropy/symbol_coder.h"
+#include "entropy/symbol_writer.h"
 #include "frame/argument_check.h"
 #include "frame/frame_limits.h"
 #include "frame/row_walk.h"

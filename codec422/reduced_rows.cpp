@@ -6,7 +6,7 @@
 // bits, none from s = 8 on. Samples are put back by a shift of the whole pair, so that one which is too large for
 // the reduced range spills into the next byte: that is how it stands.
 #include "entropy/row_codes.h"
-#include "entropy/symbol_coder.h"
+#include "entropy/symbol_reader.h"
 #include "frame/argument_check.h"
 #include "frame/frame_limits.h"
 #include "frame/member_macros.h"

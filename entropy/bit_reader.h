@@ -6,6 +6,7 @@
 // loaded.
 #pragma once
 #include "base/bytes.h"
+#include "entropy/window.h"
 #include "frame/stream_cursor.h"
 
 namespace vorel {

@@ -6,19 +6,13 @@
 // of that byte that are already decided at its top, `fill` (0..7 between calls) of them, and zeros below. A
 // put stores the whole of `pending`, so zeros appear behind the position, but never at or behind `end`.
 //
-// Window is the accumulator: u64 where that is one register, u32 elsewhere. The frame is the same.
+// Window is the accumulator, see entropy/window.h.
 #pragma once
-#include <type_traits>
-
 #include "base/bytes.h"
+#include "entropy/window.h"
 #include "frame/stream_cursor.h"
 
 namespace vorel {
-
-using NativeWindow = std::conditional_t<sizeof(void*) == 8, u64, u32>;
-
-template <typename Window>
-inline constexpr u32 kWindowBits = sizeof(Window) * 8;
 
 // How many bits one put may add: 7 are pending at most, and a shift by the whole width is not defined.
 template <typename Window>

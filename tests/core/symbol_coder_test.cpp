@@ -1,5 +1,6 @@
 // The hot loops, for windows of 64 and of 32 bits, against code words put one after another.
-#include "entropy/symbol_coder.h"
+#include "entropy/symbol_reader.h"
+#include "entropy/symbol_writer.h"
 
 #include <gtest/gtest.h>
 
