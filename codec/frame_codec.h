@@ -3,12 +3,13 @@
 // fills or drains a strip; pictures that hold the samples of 8-bit pairs as a frame does have faster loops of
 // their own.
 #pragma once
+#include "base/instructions.h"
 #include "codec/plane_decoder.h"
 #include "codec/plane_encoder.h"
 #include "codec422/pair_codec.h"
 #include "frame/member_macros.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // 8-bit pairs whose bytes need no more than another order.
 template <const FrameLayout& Layout, const PixelLayout& Pixel>
@@ -43,4 +44,4 @@ Status DecodeFrame(const FrameCall& call, const char* routineName) {
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

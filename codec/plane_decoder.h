@@ -1,6 +1,7 @@
 // The row loop of a decoder for any frame layout, from frame to picture. It knows samples; pixel formats begin in
 // the function that drains a strip.
 #pragma once
+#include "base/instructions.h"
 #include "codec/row_buffer.h"
 #include "codec/strip_rebuild.h"
 #include "entropy/symbol_reader.h"
@@ -9,7 +10,7 @@
 #include "frame/row_walk.h"
 #include "pixel/conversion.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // How a frame's strips are drained: chosen once a frame, called once a strip.
 struct PictureTarget {
@@ -163,4 +164,4 @@ template <const FrameLayout& Layout, Scan FrameScan, bool KeepAlpha>
   return status;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

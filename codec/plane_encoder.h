@@ -1,6 +1,7 @@
 // The row loop of an encoder for any frame layout, from picture to frame. It knows samples; pixel formats end in
 // the function that fills a strip.
 #pragma once
+#include "base/instructions.h"
 #include "codec/strip_symbols.h"
 #include "entropy/symbol_writer.h"
 #include "frame/argument_check.h"
@@ -8,7 +9,7 @@
 #include "frame/row_walk.h"
 #include "pixel/conversion.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // How a frame's strips are filled: chosen once a frame, called once a strip.
 struct PictureSource {
@@ -165,4 +166,4 @@ template <const FrameLayout& Layout, Scan FrameScan>
   return status;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -8,9 +8,10 @@
 //   half-gradient   T + ((L - TL) >> 1)              chroma of pairs
 // Shifts round toward minus infinity and nothing is clamped: residuals wrap modulo the alphabet.
 #pragma once
+#include "base/instructions.h"
 #include "pixel/sample_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 enum class Rule : u8 { leftOnly, planarBlend, halfGradient };
 
@@ -38,4 +39,4 @@ template <i16 Mask>
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

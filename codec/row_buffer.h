@@ -2,9 +2,10 @@
 // layout is no larger than it must be, so samples lie in it packed: bytes, words, or three of ten bits to a word
 // of 32; strip after strip, and in a strip plane after plane.
 #pragma once
+#include "base/instructions.h"
 #include "codec/strip_symbols.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Whether three planes of ten bits share words.
 template <const FrameLayout& Layout, bool KeepAlpha>
@@ -73,4 +74,4 @@ template <const FrameLayout& Layout, bool KeepAlpha>
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

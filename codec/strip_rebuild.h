@@ -1,9 +1,10 @@
 // Samples of a strip from its symbols: the inverse of codec/plane_prediction.h, where every sample waits for its
 // left neighbour. The components of a pixel do not wait for each other, so their chains run side by side.
 #pragma once
+#include "base/instructions.h"
 #include "codec/strip_symbols.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // The sample that a residual stands for. `left` is the sample before, and becomes this one.
 template <Rule UsedRule, i16 Mask>
@@ -84,4 +85,4 @@ template <const FrameLayout& Layout>
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

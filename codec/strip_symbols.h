@@ -5,11 +5,12 @@
 #pragma once
 #include <array>
 
+#include "base/instructions.h"
 #include "codec/plane_prediction.h"
 #include "entropy/row_codes.h"
 #include "frame/frame_layout.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 template <const FrameLayout& Layout>
 inline constexpr u32 kStepLength = PatternOf(Layout).length;
@@ -125,4 +126,4 @@ inline void SetLeft(SampleStrip& strip, const UnitSamples& samples) {
   Cells(strip.alpha)[-1] = samples.alpha;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/instructions.h"
 #include "codec422/pair_prediction.h"
 #include "codec422/pair_rebuild.h"
 #include "entropy/row_codes.h"
@@ -13,7 +14,7 @@
 #include "frame/row_walk.h"
 #include "pixel/pair_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 template <const FrameLayout& Layout>
 inline constexpr PairStart kFirstRowStart = {static_cast<u8>(Layout.start.luma),
@@ -298,4 +299,4 @@ Status DecodePairs(const FrameCall& call) {
   return status;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

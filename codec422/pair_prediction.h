@@ -12,10 +12,11 @@
 // chroma make a symbol pair in the same arrangement.
 #pragma once
 #include "base/bytes.h"
+#include "base/instructions.h"
 #include "frame/frame_layout.h"
 #include "pixel/pair_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Cell i of a strip, which may stand at any address in a picture.
 inline u16 Cell(const u8* cells, int i) {
@@ -62,4 +63,4 @@ inline void PredictFromAbove(const u8* __restrict cells, const u8* __restrict ab
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -5,7 +5,7 @@
 
 #include "base/bytes.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 namespace {
 
 using Bytes16 = u8 __attribute__((vector_size(16)));
@@ -263,4 +263,4 @@ template void RebuildBand<ChromaSign::isSigned>(const u8*, u8* const*, std::size
 template void RebuildRow<ChromaSign::isUnsigned>(u8*, u8*, std::size_t, bool, PairNeighbours&);
 template void RebuildRow<ChromaSign::isSigned>(u8*, u8*, std::size_t, bool, PairNeighbours&);
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -5,9 +5,10 @@
 // left neighbour, so the rows of a band are rebuilt together, each one pair behind the row above it: the rows
 // are the lanes of a vector.
 #pragma once
+#include "base/instructions.h"
 #include "frame/frame_layout.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 inline constexpr u32 kBandRows = 8;
 
@@ -43,4 +44,4 @@ struct PairNeighbours {
 template <ChromaSign Sign>
 void RebuildRow(u8* above, u8* row, std::size_t pairs, bool first, PairNeighbours& neighbours);
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -6,10 +6,11 @@
 // loaded.
 #pragma once
 #include "base/bytes.h"
+#include "base/instructions.h"
 #include "entropy/window.h"
 #include "frame/stream_cursor.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 struct BitReader {
   const u8* frame;
@@ -69,4 +70,4 @@ inline bool IsPastLimit(const BitReader& reader, u64 limit) {
   return (reader.position >> 5) * 4 + 4 > limit;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -9,10 +9,11 @@
 // Window is the accumulator, see entropy/window.h.
 #pragma once
 #include "base/bytes.h"
+#include "base/instructions.h"
 #include "entropy/window.h"
 #include "frame/stream_cursor.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // How many bits one put may add: 7 are pending at most, and a shift by the whole width is not defined.
 template <typename Window>
@@ -116,4 +117,4 @@ u64 CloseWriter(BitWriter<Window>& writer) {
   return position;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -1,9 +1,10 @@
 // Which tables the rows of a frame layout are coded with.
 #pragma once
+#include "base/instructions.h"
 #include "entropy/symbol_groups.h"
 #include "frame/frame_layout.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // The classes of a pixel's samples in the order of the stream. In pairs each pixel has one of the two chroma
 // samples behind its Y'.
@@ -39,4 +40,4 @@ const RowCodes<kSymbolsOf<Layout>>& RowCodesOfLayout() {
   return RowCodesOfSet<kSymbolsOf<Layout>, CodeSetOf<kId>(), PatternOf(Layout)>();
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

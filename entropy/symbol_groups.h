@@ -7,9 +7,10 @@
 #pragma once
 #include <type_traits>
 
+#include "base/instructions.h"
 #include "entropy/class_pattern.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 template <int Symbols>
 using SampleOf = std::conditional_t<Symbols == 256, u8, u16>;
@@ -134,4 +135,4 @@ const RowCodes<Symbols>& RowCodesOfSet() {
   return codes;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -4,10 +4,11 @@
 #pragma once
 #include <algorithm>
 
+#include "base/instructions.h"
 #include "entropy/bit_reader.h"
 #include "entropy/symbol_groups.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // What the bits behind the end of a frame that is cut short come to: symbol 0 of every class, the first one that
 // of `place` in the pattern.
@@ -153,4 +154,4 @@ void GetRawSamples(BitReader& reader, Sample* out, std::size_t count) {
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -2,10 +2,11 @@
 // entropy/symbol_groups.h for the tables. Each loop has a careful twin that it goes over to near the end of the
 // frame.
 #pragma once
+#include "base/instructions.h"
 #include "entropy/bit_writer.h"
 #include "entropy/symbol_groups.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Codes one class A symbol (low byte) and one class B symbol (high byte), anywhere.
 template <typename Window>
@@ -151,4 +152,4 @@ void PutRawSteps(BitWriter<Window>& writer, std::array<const u16*, Length> plane
   writer = local;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -1,10 +1,11 @@
 // Where a frame ends at the latest, and how a routine tells its caller where it stopped.
 #pragma once
+#include "base/instructions.h"
 #include "frame/frame_bounds.h"
 #include "frame/frame_call.h"
 #include "frame/stream_cursor.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Offset in bytes from the start of the frame.
 template <const FrameLayout& Layout>
@@ -18,4 +19,4 @@ inline void StoreCursors(const FrameCall& call, u64 bitPosition) {
   *call.bitCursor = returned.bit;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

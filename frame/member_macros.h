@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "frame/frame_call.h"
+#include "frame/instruction_set.h"
 #include "frame/status.h"
 #include "vorel/frame_routines.h"
 
@@ -38,16 +39,37 @@ constexpr const char* ReportedName(const char* name) {
         bitCursor, vorel::Writable<vorel::u8>(frame), SCRATCH                                      \
   }
 
-#define VOREL_DEFINE_RUN(DIRECTION, NAME, LAYOUT, SCAN, PIXEL)           \
-  namespace vorel {                                                      \
-  Status NAME##Run(const FrameCall& call) {                              \
+// The routine as it is compiled for one instruction set, and the choice between them.
+#define VOREL_DEFINE_BODY(DIRECTION, NAME, LAYOUT, SCAN, PIXEL)          \
+  namespace vorel::inline VOREL_INSTRUCTIONS {                           \
+  Status NAME##Body(const FrameCall& call) {                             \
     constexpr const char* kName = ReportedName(#NAME);                   \
     return DIRECTION##Frame<LAYOUT, Scan::SCAN, Px##PIXEL>(call, kName); \
   }                                                                      \
   }
+#ifdef VOREL_WITH_AVX2
+#define VOREL_DEFINE_RUN(NAME)                                                         \
+  namespace vorel {                                                                    \
+  namespace avx2 {                                                                     \
+  Status NAME##Body(const FrameCall& call);                                            \
+  }                                                                                    \
+  Status NAME##Run(const FrameCall& call) {                                            \
+    return InstructionSetInUse() == InstructionSet::avx2 ? avx2::NAME##Body(call)      \
+                                                         : baseline::NAME##Body(call); \
+  }                                                                                    \
+  }
+#else
+#define VOREL_DEFINE_RUN(NAME)              \
+  namespace vorel {                         \
+  Status NAME##Run(const FrameCall& call) { \
+    return baseline::NAME##Body(call);      \
+  }                                         \
+  }
+#endif
 
 #define VOREL_DEFINE_ENCODE(K, LAYOUT, SCAN, PIXEL)                                            \
-  VOREL_DEFINE_RUN(Encode, Vorel##LAYOUT##SCAN##From##PIXEL##Encode, LAYOUT, SCAN, PIXEL)      \
+  VOREL_DEFINE_BODY(Encode, Vorel##LAYOUT##SCAN##From##PIXEL##Encode, LAYOUT, SCAN, PIXEL)     \
+  VOREL_DEFINE_RUN(Vorel##LAYOUT##SCAN##From##PIXEL##Encode)                                   \
   extern "C" VorelStatus Vorel##LAYOUT##SCAN##From##PIXEL##Encode(                             \
       uint32_t width, uint32_t height, int32_t rowBytes, const void* base,                     \
       VOREL_COLOUR_PARAMETER_##K uint32_t* wordCursor, uint32_t* bitCursor, uint32_t* frame) { \
@@ -56,7 +78,8 @@ constexpr const char* ReportedName(const char* name) {
   }
 
 #define VOREL_DEFINE_DECODE(K, LAYOUT, SCAN, PIXEL, SCRATCH_PARAMETER, SCRATCH)              \
-  VOREL_DEFINE_RUN(Decode, Vorel##LAYOUT##SCAN##To##PIXEL##Decode, LAYOUT, SCAN, PIXEL)      \
+  VOREL_DEFINE_BODY(Decode, Vorel##LAYOUT##SCAN##To##PIXEL##Decode, LAYOUT, SCAN, PIXEL)     \
+  VOREL_DEFINE_RUN(Vorel##LAYOUT##SCAN##To##PIXEL##Decode)                                   \
   extern "C" VorelStatus Vorel##LAYOUT##SCAN##To##PIXEL##Decode(                             \
       uint32_t width, uint32_t height, int32_t rowBytes, void* base,                         \
       VOREL_COLOUR_PARAMETER_##K uint32_t* wordCursor, uint32_t* bitCursor,                  \
@@ -69,6 +92,18 @@ constexpr const char* ReportedName(const char* name) {
   VOREL_DEFINE_DECODE(K, LAYOUT, SCAN, PIXEL, VOREL_SCRATCH_PARAMETER, scratch)
 #define VOREL_DEFINE_DECODE_I(K, LAYOUT, SCAN, PIXEL) VOREL_DEFINE_DECODE(K, LAYOUT, SCAN, PIXEL, , nullptr)
 
+#ifdef VOREL_IS_BASELINE
 #define VOREL_DEFINE_MEMBERS(LAYOUT)                                                              \
   VOREL_ENCODERS_##LAYOUT(VOREL_DEFINE_ENCODE, p) VOREL_ENCODERS_##LAYOUT(VOREL_DEFINE_ENCODE, i) \
       VOREL_DECODERS_##LAYOUT(VOREL_DEFINE_DECODE_P, p) VOREL_DECODERS_##LAYOUT(VOREL_DEFINE_DECODE_I, i)
+#else
+// For another instruction set: the bodies alone.
+#define VOREL_DEFINE_ENCODE_BODY(K, LAYOUT, SCAN, PIXEL) \
+  VOREL_DEFINE_BODY(Encode, Vorel##LAYOUT##SCAN##From##PIXEL##Encode, LAYOUT, SCAN, PIXEL)
+#define VOREL_DEFINE_DECODE_BODY(K, LAYOUT, SCAN, PIXEL) \
+  VOREL_DEFINE_BODY(Decode, Vorel##LAYOUT##SCAN##To##PIXEL##Decode, LAYOUT, SCAN, PIXEL)
+#define VOREL_DEFINE_MEMBERS(LAYOUT)                                                                        \
+  VOREL_ENCODERS_##LAYOUT(VOREL_DEFINE_ENCODE_BODY, p) VOREL_ENCODERS_##LAYOUT(VOREL_DEFINE_ENCODE_BODY, i) \
+      VOREL_DECODERS_##LAYOUT(VOREL_DEFINE_DECODE_BODY, p)                                                  \
+          VOREL_DECODERS_##LAYOUT(VOREL_DEFINE_DECODE_BODY, i)
+#endif

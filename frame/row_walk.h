@@ -1,8 +1,9 @@
 // The way over the rows of a picture: in coding order, which is top row first for either sign of row bytes.
 #pragma once
+#include "base/instructions.h"
 #include "base/integers.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Addresses are kept as numbers: the one behind the last row lies outside the picture, and is compared all
 // the same.
@@ -38,4 +39,4 @@ inline bool StepRow(RowWalk& walk) {
   return walk.row >= walk.lower && walk.row <= walk.upper;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -1,8 +1,9 @@
 // Chroma from each pixel to each pair and back. Y' and alpha are not touched.
 #pragma once
+#include "base/instructions.h"
 #include "pixel/sample_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // The filter of a strip begins with the pixel left of it, so this is carried from strip to strip: chroma of the
 // last pixel, before it was filtered.
@@ -33,4 +34,4 @@ static_assert(kStripMargin >= 1);
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

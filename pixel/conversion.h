@@ -3,12 +3,13 @@
 //
 // They are instances made in conversions_*.cpp, for the pairs of the catalogue; another pair does not link.
 #pragma once
+#include "base/instructions.h"
 #include "pixel/chroma.h"
 #include "pixel/pixel_layout.h"
 #include "pixel/sample_strip.h"
 #include "pixel/weights.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // 96 pixels of a row, or those that are left of it, from pixel `first` on, a multiple of 96.
 struct StripPlace {
@@ -48,4 +49,4 @@ template <SampleDomain Frame, const PixelLayout& Pixel>
 void DrainStrip(SampleStrip& strip, StripPlace place, const ColourWeights& weights, ChromaCarry& carry,
                 u8* row);
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -10,13 +10,14 @@
 #include <array>
 #include <cstring>
 
+#include "base/instructions.h"
 #include "pixel/conversion.h"
 #include "pixel/load.h"
 #include "pixel/matrix.h"
 #include "pixel/range_map.h"
 #include "pixel/store.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Depth of colour on the picture's side of a matrix or of a map of ranges: 8 bits, or one bit more than the frame
 // where the picture has more, for 8-bit frames; what the picture has, up to 12 bits, for 10-bit ones.
@@ -309,4 +310,4 @@ void DrainStrip(SampleStrip& strip, StripPlace place, const ColourWeights& weigh
   std::memcpy(target, part.bytes.data(), BytesOfPixels(Pixel, count));
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -5,10 +5,11 @@
 #include <array>
 #include <cstring>
 
+#include "base/instructions.h"
 #include "pixel/pixel_layout.h"
 #include "pixel/sample_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 constexpr i16 ChangeDepth(i32 sample, int from, int to) {
   return static_cast<i16>(to < from ? sample >> (from - to) : sample << (to - from));
@@ -156,4 +157,4 @@ PairChroma LoadPairChroma(const u8* bytes) {
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

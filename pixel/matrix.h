@@ -10,10 +10,11 @@
 #include <algorithm>
 #include <numeric>
 
+#include "base/instructions.h"
 #include "pixel/sample_strip.h"
 #include "pixel/weights.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Y'CbCr of 8, 10 or 12 bits: where neutral chroma stands, and how far chroma goes to either side of it.
 constexpr i32 ChromaZero(int bits) {
@@ -282,4 +283,4 @@ template <int YccBits, int Bits, i32 Offset>
   ShiftAndLimit<kBlack, kLeast, kMost>(to.second);
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

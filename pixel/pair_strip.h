@@ -6,10 +6,11 @@
 #pragma once
 #include <cstring>
 
+#include "base/instructions.h"
 #include "pixel/pixel_layout.h"
 #include "pixel/sample_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 inline constexpr std::size_t kPairCellBytes = 4;
 
@@ -73,4 +74,4 @@ void DrainPairs(const u8* samples, std::size_t pairs, u8* target) {
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

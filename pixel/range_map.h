@@ -3,11 +3,12 @@
 #pragma once
 #include <algorithm>
 
+#include "base/instructions.h"
 #include "pixel/load.h"
 #include "pixel/pixel_layout.h"
 #include "pixel/sample_strip.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // ((x - subtract) * multiply + half) / divide + add, limited to low..high. What is negative before the
 // division becomes 0 there: every map that can meet it has its limit at that point.
@@ -134,4 +135,4 @@ constexpr u16 OpaqueAlpha(const SampleDomain& frame, const PixelLayout& pixel) {
   return frame.bits == 8 ? 0xFF80 : 0xFFF0;
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -3,9 +3,10 @@
 #include <array>
 #include <cstring>
 
+#include "base/instructions.h"
 #include "pixel/load.h"
 
-namespace vorel {
+namespace vorel::inline VOREL_INSTRUCTIONS {
 
 template <ByteOrder Order>
 constexpr u32 PlaceField(i16 sample, int place) {
@@ -138,4 +139,4 @@ void StorePairs(ConstPlanes planes, u8* __restrict bytes) {
   }
 }
 
-}  // namespace vorel
+}  // namespace vorel::inline VOREL_INSTRUCTIONS
