@@ -2,6 +2,7 @@
 // the function that drains a strip.
 #pragma once
 #include "base/instructions.h"
+#include "codec/band_rebuild.h"
 #include "codec/row_buffer.h"
 #include "codec/strip_rebuild.h"
 #include "entropy/symbol_reader.h"
@@ -64,13 +65,19 @@ inline void DrainOne(RowDrain& drain, SampleStrip& strip, u32 number) {
                       drain.row);
 }
 
+// Puts the first chroma of a strip behind that of the strip before it.
+inline void SetNextChroma(SampleStrip& before, const SampleStrip& strip) {
+  Cells(before.second)[kStripPairs] = Cells(strip.second)[0];
+  Cells(before.third)[kStripPairs] = Cells(strip.third)[0];
+}
+
 // Decodes a row into the picture. `rowBuffer` holds the row above if FromAbove, and holds this row afterwards; it
 // is null where no row follows that needs one. Gives the samples of the first unit.
 template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
 [[gnu::noinline]] UnitSamples DecodePlaneRow(PlaneSource<Layout>& source, const PictureTarget& target,
                                              const UnitSamples& leftOfRow, u8* rowBuffer) {
   constexpr std::size_t kLength = kStepLength<Layout>;
-  std::array<SampleOf<kSymbolsOf<Layout>>, kRunSteps * kLength> symbols;
+  std::array<SampleOf<kSymbolsOf<Layout>>, kRunSteps * kLength + kReadBehindSymbols<Layout>> symbols;
   std::array<SampleStrip, 2> strips;
   SampleStrip above;
   // A strip that is not full is drained to its end all the same, so there must be samples.
@@ -92,8 +99,9 @@ template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
     const auto* const ofStrip = symbols.data() + inRun * kLength;
     u8* const kept = rowBuffer == nullptr ? nullptr : rowBuffer + RowBufferBytes<Layout, KeepAlpha>(step);
     if (raw) {
-      PlaceRawSamples<Layout>(ofStrip, count, strip);
+      PlaceSymbols<Layout>(ofStrip, count, strip);
     } else {
+      PlaceResiduals<Layout>(ofStrip, count, strip);
       if constexpr (FromAbove) {
         FetchStrip<Layout, KeepAlpha>(kept, count, above);
         // Left of the first unit both rows have what stands above it.
@@ -102,7 +110,7 @@ template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
         leftAbove = LastSamples<Layout>(above);
       }
       SetLeft(strip, left);
-      RebuildStrip<Layout, FromAbove, KeepAlpha>(ofStrip, count, above, strip);
+      RebuildStrip<Layout, FromAbove, KeepAlpha>(count, above, strip);
     }
     left = LastSamples<Layout>(strip);
     if (step == 0) firstUnit = FirstSamples(strip);
@@ -110,8 +118,7 @@ template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
     if constexpr (kInPairs<Layout>) {
       if (number > 0) {
         SampleStrip& before = strips[(number + 1) % 2];
-        Cells(before.second)[kStripPairs] = Cells(strip.second)[0];
-        Cells(before.third)[kStripPairs] = Cells(strip.third)[0];
+        SetNextChroma(before, strip);
         DrainOne(drain, before, number - 1);
       }
     } else {
@@ -122,24 +129,182 @@ template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
   return firstUnit;
 }
 
+// ---- Bands of rows
+
+// Symbols of the rows of a band, one row after another.
+inline constexpr std::size_t kBandSymbolBytes = std::size_t{sizeof(void*) == 8 ? 256 : 96} << 10;
+
+// Bytes that the symbols of a row take in a band.
+template <const FrameLayout& Layout>
+constexpr std::size_t SymbolRowBytes(u32 steps) {
+  return (std::size_t{steps} * kStepLength<Layout> +
+          kReadBehindSymbols<Layout>)*sizeof(SampleOf<kSymbolsOf<Layout>>);
+}
+
+// Rows that a band has at this width; fewer than two are not worth one.
+template <const FrameLayout& Layout>
+u32 RowsOfBand(u32 steps) {
+  return static_cast<u32>(
+      std::min<std::size_t>(kBandLanes, kBandSymbolBytes / SymbolRowBytes<Layout>(steps)));
+}
+
+// The symbols of a band, and what there is to know of its rows.
+template <const FrameLayout& Layout>
+struct BandSymbols {
+  using Sample = SampleOf<kSymbolsOf<Layout>>;
+  alignas(32) std::array<u8, kBandSymbolBytes> bytes;
+  std::size_t rowBytes;
+  u32 rows;     // how many were read
+  u32 rawRows;  // bit r is set if row r holds samples and not symbols
+
+  Sample* Row(u32 r) { return reinterpret_cast<Sample*>(bytes.data() + r * rowBytes); }
+};
+
+// The checks behind a row, in their order. The row buffer has been given exactly the samples of the row, so the one that
+// stands between these two cannot fail.
+template <const FrameLayout& Layout>
+Status FinishRow(PlaneSource<Layout>& source) {
+  --source.rowsLeft;
+  if (!StepRow(source.walk)) return Status::rowLeftPictureDecode;
+  return IsPastLimit(source.reader, source.limit) ? Status::frameBoundRead : Status::complete;
+}
+
+// Reads up to `wanted` rows, as far as they pass their checks; the row that fails is the last one.
+template <const FrameLayout& Layout>
+[[gnu::noinline]] Status GetBand(PlaneSource<Layout>& source, u32 wanted, BandSymbols<Layout>& symbols) {
+  symbols.rows = 0;
+  symbols.rawRows = 0;
+  Status status = Status::complete;
+  while (symbols.rows < wanted && status == Status::complete) {
+    const bool raw = GetBit(source.reader) != 0;
+    symbols.rawRows |= u32{raw} << symbols.rows;
+    GetSteps<Layout>(source, raw, symbols.Row(symbols.rows), source.steps, 0);
+    ++symbols.rows;
+    status = FinishRow(source);
+  }
+  return status;
+}
+
+template <const FrameLayout& Layout, bool KeepAlpha, bool AnyRaw>
+void RebuildBandStrips(BandStrips& band, const SampleStrip& above, u32 steps, const BandRun& run) {
+  using Strip = SampleStrip;
+  constexpr i16 kMask = kSampleMask<Layout>;
+  constexpr Rule kBlend = Rule::planarBlend;
+  if constexpr (kInPairs<Layout>) {
+    RebuildPlanes<Rule::halfGradient, kMask, AnyRaw, &Strip::second, &Strip::third>(band, above, steps / 2,
+                                                                                    run);
+    if constexpr (KeepAlpha)
+      RebuildPlanes<kBlend, kMask, AnyRaw, &Strip::first, &Strip::alpha>(band, above, steps, run);
+    else
+      RebuildPlanes<kBlend, kMask, AnyRaw, &Strip::first>(band, above, steps, run);
+  } else {
+    RebuildPlanes<kBlend, kMask, AnyRaw, &Strip::first, &Strip::second>(band, above, steps, run);
+    if constexpr (KeepAlpha)
+      RebuildPlanes<kBlend, kMask, AnyRaw, &Strip::third, &Strip::alpha>(band, above, steps, run);
+    else
+      RebuildPlanes<kBlend, kMask, AnyRaw, &Strip::third>(band, above, steps, run);
+  }
+}
+
+inline Lanes LanesOfPredictedRows(u32 rawRows) {
+  Lanes predicted;
+  for (u32 r = 0; r < kLanes; ++r) predicted[r] = (rawRows >> r & 1) != 0 ? i16{0} : i16{-1};
+  return predicted;
+}
+
+// Rebuilds the rows of a band strip by strip and drains them. `rowBuffer` holds the row above the band, and holds its
+// last row afterwards. `target` is the first row in the picture.
+template <const FrameLayout& Layout, bool KeepAlpha>
+[[gnu::noinline]] void DrainBand(BandSymbols<Layout>& symbols, const PlaneSource<Layout>& source,
+                                 const PictureTarget& target, u8* firstRow, u8* rowBuffer,
+                                 std::array<BandStrips, kInPairs<Layout> ? 2 : 1>& bands) {
+  std::array<RowDrain, kBandLanes> drains;
+  std::array<UnitSamples, kBandLanes> left = {};
+  for (u32 r = 0; r < symbols.rows; ++r)
+    drains[r] = {&target, firstRow + static_cast<std::intptr_t>(r) * source.walk.step, source.width, {}};
+  SampleStrip above = {};
+  UnitSamples leftAbove = {};
+  BandRun run = {true, LanesOfPredictedRows(symbols.rawRows)};
+  u32 number = 0;
+  const auto drainAll = [&](BandStrips& band, u32 strip) {
+    for (u32 r = 0; r < symbols.rows; ++r) DrainOne(drains[r], band.rows[r], strip);
+  };
+  for (u32 step = 0; step < source.steps; step += kStripPixels, ++number) {
+    const u32 count = std::min(kStripPixels, source.steps - step);
+    BandStrips& band = bands[number % bands.size()];
+    u8* const kept = rowBuffer + RowBufferBytes<Layout, KeepAlpha>(step);
+    FetchStrip<Layout, KeepAlpha>(kept, count, above);
+    SetLeft(above, leftAbove);
+    leftAbove = LastSamples<Layout>(above);
+    for (u32 r = 0; r < symbols.rows; ++r) {
+      SampleStrip& strip = band.rows[r];
+      const auto* const ofStrip = symbols.Row(r) + std::size_t{step} * kStepLength<Layout>;
+      if ((symbols.rawRows >> r & 1) != 0)
+        PlaceSymbols<Layout>(ofStrip, count, strip);
+      else
+        PlaceResiduals<Layout>(ofStrip, count, strip);
+      SetLeft(strip, left[r]);
+    }
+    if (symbols.rawRows == 0)
+      RebuildBandStrips<Layout, KeepAlpha, false>(band, above, count, run);
+    else
+      RebuildBandStrips<Layout, KeepAlpha, true>(band, above, count, run);
+    run.startsRows = false;
+    for (u32 r = 0; r < symbols.rows; ++r) left[r] = LastSamples<Layout>(band.rows[r]);
+    KeepStrip<Layout, KeepAlpha>(band.rows[symbols.rows - 1], count, kept);
+    if constexpr (kInPairs<Layout>) {
+      if (number > 0) {
+        BandStrips& before = bands[(number + 1) % 2];
+        for (u32 r = 0; r < symbols.rows; ++r) SetNextChroma(before.rows[r], band.rows[r]);
+        drainAll(before, number - 1);
+      }
+    } else {
+      drainAll(band, number);
+    }
+  }
+  if constexpr (kInPairs<Layout>) drainAll(bands[(number - 1) % 2], number - 1);
+}
+
+// Decodes the later rows of a progressive frame band by band.
+template <const FrameLayout& Layout, bool KeepAlpha>
+[[gnu::noinline]] Status DecodePlaneBands(PlaneSource<Layout>& source, const PictureTarget& target,
+                                          u8* rowBuffer) {
+  BandSymbols<Layout> symbols;
+  symbols.rowBytes = SymbolRowBytes<Layout>(source.steps);
+  // Lanes without a row, and cells behind the end of one, must hold something.
+  std::array<BandStrips, kInPairs<Layout> ? 2 : 1> bands = {};
+  const u32 rows = RowsOfBand<Layout>(source.steps);
+  while (source.rowsLeft > 0) {
+    u8* const firstRow = CurrentRow(source.walk);
+    const Status status = GetBand(source, std::min(rows, source.rowsLeft), symbols);
+    DrainBand<Layout, KeepAlpha>(symbols, source, target, firstRow, rowBuffer, bands);
+    if (status != Status::complete) return status;
+  }
+  return Status::complete;
+}
+
 template <const FrameLayout& Layout, Scan FrameScan, bool KeepAlpha>
 Status DecodePlaneRows(PlaneSource<Layout>& source, const PictureTarget& target, u8* rowBuffer) {
   UnitSamples leftOfRow = kStartOfFrame<Layout, FrameScan>;
-  bool isFirst = true;
-  while (source.rowsLeft > 0) {
-    if (FrameScan == Scan::p && !isFirst) {
+  if constexpr (FrameScan == Scan::p) {
+    DecodePlaneRow<Layout, false, KeepAlpha>(source, target, leftOfRow, rowBuffer);
+    Status status = FinishRow(source);
+    if (status != Status::complete) return status;
+    if (RowsOfBand<Layout>(source.steps) >= 2)
+      return DecodePlaneBands<Layout, KeepAlpha>(source, target, rowBuffer);
+    while (source.rowsLeft > 0) {
       DecodePlaneRow<Layout, true, KeepAlpha>(source, target, leftOfRow, rowBuffer);
-    } else {
-      const UnitSamples firstUnit =
-          DecodePlaneRow<Layout, false, KeepAlpha>(source, target, leftOfRow, rowBuffer);
-      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) leftOfRow = firstUnit;
+      status = FinishRow(source);
+      if (status != Status::complete) return status;
     }
-    isFirst = false;
-    --source.rowsLeft;
-    // The checks behind a row, in their order. The row buffer has been given exactly the samples of the row, so
-    // the one that stands between these two cannot fail.
-    if (!StepRow(source.walk)) return Status::rowLeftPictureDecode;
-    if (IsPastLimit(source.reader, source.limit)) return Status::frameBoundRead;
+  } else {
+    while (source.rowsLeft > 0) {
+      const UnitSamples firstUnit =
+          DecodePlaneRow<Layout, false, KeepAlpha>(source, target, leftOfRow, nullptr);
+      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) leftOfRow = firstUnit;
+      const Status status = FinishRow(source);
+      if (status != Status::complete) return status;
+    }
   }
   return Status::complete;
 }

@@ -1,4 +1,5 @@
 target_sources(vorel_core_objects PRIVATE
+  ${PROJECT_SOURCE_DIR}/codec/band_rebuild.cpp
   ${PROJECT_SOURCE_DIR}/codec/members_rgb10bf.cpp
   ${PROJECT_SOURCE_DIR}/codec/members_rgb8bf.cpp
   ${PROJECT_SOURCE_DIR}/codec/members_rgba10bf.cpp

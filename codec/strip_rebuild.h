@@ -1,88 +1,109 @@
-// Samples of a strip from its symbols: the inverse of codec/plane_prediction.h, where every sample waits for its
-// left neighbour. The components of a pixel do not wait for each other, so their chains run side by side.
+// Samples of a strip from its symbols, row by row: the inverse of codec/plane_prediction.h. Rows whose samples lean on the
+// row above too are rebuilt many at once where that can be, see codec/band_rebuild.h.
 #pragma once
-#include "base/instructions.h"
+#include "base/lanes.h"
 #include "codec/strip_symbols.h"
+#include "pixel/split_streams.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-// The sample that a residual stands for. `left` is the sample before, and becomes this one.
-template <Rule UsedRule, i16 Mask>
-inline i16 RebuildSample(i32& left, i32 residual, const i16* above, u32 i) {
-  const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(i);
-  i32 prediction = left;
-  if constexpr (UsedRule == Rule::planarBlend) prediction = (3 * (left + above[at]) - 2 * above[at - 1]) >> 2;
-  if constexpr (UsedRule == Rule::halfGradient) prediction = above[at] + ((left - above[at - 1]) >> 1);
-  left = (prediction + residual) & Mask;
-  return static_cast<i16>(left);
+// Samples that may be read behind the symbols of a strip.
+template <const FrameLayout& Layout>
+inline constexpr std::size_t kReadBehindSymbols = std::size_t{16} * kStepLength<Layout>;
+
+// The symbols of `steps` steps, in the order of the stream, into the planes of a strip.
+template <const FrameLayout& Layout>
+[[gnu::noinline]] void PlaceSymbols(const SampleOf<kSymbolsOf<Layout>>* symbols, u32 steps,
+                                    SampleStrip& strip) {
+  constexpr std::size_t kLength = kStepLength<Layout>;
+  const auto split = [&](const std::array<i16*, kLength>& planes) { SplitStreams(symbols, steps, planes); };
+  i16* const first = Cells(strip.first);
+  if constexpr (kInPairs<Layout>) {
+    alignas(32) std::array<i16, kStripPixels> chroma;
+    if constexpr (Layout.samples.alpha)
+      split({Cells(strip.alpha), first, chroma.data()});
+    else
+      split({first, chroma.data()});
+    SplitStreams(reinterpret_cast<const u16*>(chroma.data()), (steps + 1) / 2,
+                 std::array{Cells(strip.second), Cells(strip.third)});
+  } else if constexpr (Layout.samples.alpha) {
+    split({Cells(strip.alpha), first, Cells(strip.second), Cells(strip.third)});
+  } else {
+    split({first, Cells(strip.second), Cells(strip.third)});
+  }
 }
 
-// `symbols` are those of `steps` steps in the order of the stream. Cells left of both strips are set. Alpha that
-// the picture has no place for is passed over.
-template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
-[[gnu::noinline]] void RebuildStrip(const SampleOf<kSymbolsOf<Layout>>* symbols, u32 steps,
-                                    const SampleStrip& rowAbove, SampleStrip& strip) {
-  constexpr i16 kMask = kSampleMask<Layout>;
-  constexpr Rule kRule = FromAbove ? Rule::planarBlend : Rule::leftOnly;
-  constexpr u32 kLength = kStepLength<Layout>;
-  constexpr u32 kFirst = Layout.samples.alpha ? 1 : 0;
-  const i16* const aboveFirst = Cells(rowAbove.first);
-  const i16* const aboveSecond = Cells(rowAbove.second);
-  const i16* const aboveThird = Cells(rowAbove.third);
-  const i16* const aboveAlpha = Cells(rowAbove.alpha);
-  i16* __restrict first = Cells(strip.first);
+// Errors of the later colours from differences to the error of the colour before. They are not cut to the alphabet.
+[[gnu::noinline]] inline void UnchainColours(SampleStrip& strip) {
+  const i16* __restrict first = Cells(strip.first);
   i16* __restrict second = Cells(strip.second);
   i16* __restrict third = Cells(strip.third);
-  i16* __restrict alpha = Cells(strip.alpha);
-  i32 leftFirst = first[-1];
-  i32 leftSecond = second[-1];
-  i32 leftThird = third[-1];
-  [[maybe_unused]] i32 leftAlpha = KeepAlpha ? alpha[-1] : 0;
-  if constexpr (kInPairs<Layout>) {
-    constexpr Rule kChroma = FromAbove ? Rule::halfGradient : Rule::leftOnly;
-    for (u32 k = 0; k < steps / 2; ++k) {
-      const auto* const pair = symbols + std::size_t{k} * 2 * kLength;
-      first[2 * k] = RebuildSample<kRule, kMask>(leftFirst, pair[kFirst], aboveFirst, 2 * k);
-      second[k] = RebuildSample<kChroma, kMask>(leftSecond, pair[kFirst + 1], aboveSecond, k);
-      first[2 * k + 1] =
-          RebuildSample<kRule, kMask>(leftFirst, pair[kLength + kFirst], aboveFirst, 2 * k + 1);
-      third[k] = RebuildSample<kChroma, kMask>(leftThird, pair[kLength + kFirst + 1], aboveThird, k);
-      if constexpr (KeepAlpha) {
-        alpha[2 * k] = RebuildSample<kRule, kMask>(leftAlpha, pair[0], aboveAlpha, 2 * k);
-        alpha[2 * k + 1] = RebuildSample<kRule, kMask>(leftAlpha, pair[kLength], aboveAlpha, 2 * k + 1);
-      }
-    }
-  } else {
-    for (u32 i = 0; i < steps; ++i) {
-      const auto* const pixel = symbols + std::size_t{i} * kLength;
-      i32 residual = pixel[kFirst];
-      first[i] = RebuildSample<kRule, kMask>(leftFirst, residual, aboveFirst, i);
-      residual = pixel[kFirst + 1] + (Layout.samples.model == ColourModel::rgb ? residual : 0);
-      second[i] = RebuildSample<kRule, kMask>(leftSecond, residual, aboveSecond, i);
-      residual = pixel[kFirst + 2] + (Layout.samples.model == ColourModel::rgb ? residual : 0);
-      third[i] = RebuildSample<kRule, kMask>(leftThird, residual, aboveThird, i);
-      if constexpr (KeepAlpha) alpha[i] = RebuildSample<kRule, kMask>(leftAlpha, pixel[0], aboveAlpha, i);
-    }
+  for (u32 i = 0; i < kStripPixels; ++i) {
+    second[i] = static_cast<i16>(second[i] + first[i]);
+    third[i] = static_cast<i16>(third[i] + second[i]);
   }
 }
 
-// The samples of a raw row.
+// Residuals of a strip from its symbols.
 template <const FrameLayout& Layout>
-[[gnu::noinline]] void PlaceRawSamples(const SampleOf<kSymbolsOf<Layout>>* samples, u32 steps,
-                                       SampleStrip& strip) {
-  constexpr u32 kLength = kStepLength<Layout>;
-  constexpr u32 kFirst = Layout.samples.alpha ? 1 : 0;
-  for (u32 i = 0; i < steps; ++i) {
-    const auto* const step = samples + std::size_t{i} * kLength;
-    if constexpr (Layout.samples.alpha) Cells(strip.alpha)[i] = static_cast<i16>(step[0]);
-    Cells(strip.first)[i] = static_cast<i16>(step[kFirst]);
-    if constexpr (kInPairs<Layout>) {
-      Cells(i % 2 == 0 ? strip.second : strip.third)[i / 2] = static_cast<i16>(step[kFirst + 1]);
-    } else {
-      Cells(strip.second)[i] = static_cast<i16>(step[kFirst + 1]);
-      Cells(strip.third)[i] = static_cast<i16>(step[kFirst + 2]);
-    }
+void PlaceResiduals(const SampleOf<kSymbolsOf<Layout>>* symbols, u32 steps, SampleStrip& strip) {
+  PlaceSymbols<Layout>(symbols, steps, strip);
+  if constexpr (Layout.samples.model == ColourModel::rgb) UnchainColours(strip);
+}
+
+template <int Distance, int... To>
+inline PartLanes MoveUpBy(PartLanes value, std::integer_sequence<int, To...> /*lanes*/) {
+  const PartLanes zero = {};
+  return __builtin_shufflevector(zero, value, (To < Distance ? To : 8 + To - Distance)...);
+}
+
+// left-only rule: running sums behind cell -1. A whole vector may be changed behind `count` cells.
+template <i16 Mask>
+[[gnu::noinline]] void SumFromLeft(i16* cells, u32 count) {
+  constexpr auto kEach = std::make_integer_sequence<int, static_cast<int>(kPartLanes)>();
+  PartLanes before = PartLanes{} + cells[-1];
+  for (u32 i = 0; i < count; i += kPartLanes) {
+    PartLanes sum = LoadNative<PartLanes>(cells + i);
+    sum += MoveUpBy<1>(sum, kEach);
+    sum += MoveUpBy<2>(sum, kEach);
+    sum += MoveUpBy<4>(sum, kEach);
+    sum += before;
+    StoreNative(cells + i, sum & Mask);
+    before = __builtin_shufflevector(sum, sum, 7, 7, 7, 7, 7, 7, 7, 7);
   }
+}
+
+// A rule that leans on the row above, one sample after another.
+template <Rule UsedRule, i16 Mask>
+[[gnu::noinline]] void RebuildFromAbove(i16* cells, const i16* above, u32 count) {
+  i32 left = cells[-1];
+  for (i32 i = 0; i < static_cast<i32>(count); ++i) {
+    const i32 prediction = UsedRule == Rule::planarBlend ? (3 * (left + above[i]) - 2 * above[i - 1]) >> 2
+                                                         : above[i] + ((left - above[i - 1]) >> 1);
+    left = (prediction + cells[i]) & Mask;
+    cells[i] = static_cast<i16>(left);
+  }
+}
+
+// The residuals of a strip become its samples. Cells left of it, and of the strip above, are set. Alpha that the picture
+// has no place for is passed over.
+template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
+void RebuildStrip(u32 steps, const SampleStrip& above, SampleStrip& strip) {
+  constexpr i16 kMask = kSampleMask<Layout>;
+  const auto rebuild = [&]<Rule UsedRule>(std::integral_constant<Rule, UsedRule> /*rule*/,
+                                          SamplePlane SampleStrip::*plane, u32 count) {
+    if constexpr (FromAbove)
+      RebuildFromAbove<UsedRule, kMask>(Cells(strip.*plane), Cells(above.*plane), count);
+    else
+      SumFromLeft<kMask>(Cells(strip.*plane), count);
+  };
+  constexpr std::integral_constant<Rule, Rule::planarBlend> kBlend;
+  constexpr std::integral_constant<Rule, kInPairs<Layout> ? Rule::halfGradient : Rule::planarBlend> kSecond;
+  const u32 others = kInPairs<Layout> ? steps / 2 : steps;
+  rebuild(kBlend, &SampleStrip::first, steps);
+  rebuild(kSecond, &SampleStrip::second, others);
+  rebuild(kSecond, &SampleStrip::third, others);
+  if constexpr (KeepAlpha) rebuild(kBlend, &SampleStrip::alpha, steps);
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -3,14 +3,12 @@
 #include <array>
 #include <utility>
 
-#include "base/bytes.h"
+#include "base/lanes.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 namespace {
 
 using Bytes16 = u8 __attribute__((vector_size(16)));
-using Lanes = i16 __attribute__((vector_size(16)));
-using UnsignedLanes = u16 __attribute__((vector_size(16)));
 using Words4 = u32 __attribute__((vector_size(16)));
 
 // Moves the bytes of a vector up by N and puts zeros below.
@@ -30,58 +28,6 @@ Bytes16 ShiftUp(Bytes16 value, std::integer_sequence<int, Position...> /*positio
 
 u8 Sum(u8 a, u8 b) {
   return static_cast<u8>(a + b);
-}
-
-// Eight lanes of 16 bits from the eight vectors of a square, rows to columns.
-struct Square {
-  std::array<Lanes, 8> line;
-};
-
-inline Lanes LowHalves(Lanes a, Lanes b) {
-  return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
-}
-inline Lanes HighHalves(Lanes a, Lanes b) {
-  return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
-}
-
-inline Lanes LowWords(Lanes a, Lanes b) {
-  return (Lanes)__builtin_shufflevector((Words4)a, (Words4)b, 0, 4, 1, 5);
-}
-inline Lanes HighWords(Lanes a, Lanes b) {
-  return (Lanes)__builtin_shufflevector((Words4)a, (Words4)b, 2, 6, 3, 7);
-}
-
-inline void Transpose(Square& square) {
-  using Doubles = u64 __attribute__((vector_size(16)));
-  std::array<Lanes, 8>& s = square.line;
-  const Lanes a0 = LowHalves(s[0], s[1]), a1 = HighHalves(s[0], s[1]);
-  const Lanes a2 = LowHalves(s[2], s[3]), a3 = HighHalves(s[2], s[3]);
-  const Lanes a4 = LowHalves(s[4], s[5]), a5 = HighHalves(s[4], s[5]);
-  const Lanes a6 = LowHalves(s[6], s[7]), a7 = HighHalves(s[6], s[7]);
-  const Lanes b0 = LowWords(a0, a2), b1 = HighWords(a0, a2);
-  const Lanes b2 = LowWords(a1, a3), b3 = HighWords(a1, a3);
-  const Lanes b4 = LowWords(a4, a6), b5 = HighWords(a4, a6);
-  const Lanes b6 = LowWords(a5, a7), b7 = HighWords(a5, a7);
-  const auto low = [](Lanes x, Lanes y) {
-    return (Lanes)__builtin_shufflevector((Doubles)x, (Doubles)y, 0, 2);
-  };
-  const auto high = [](Lanes x, Lanes y) {
-    return (Lanes)__builtin_shufflevector((Doubles)x, (Doubles)y, 1, 3);
-  };
-  s = {low(b0, b4), high(b0, b4), low(b1, b5), high(b1, b5),
-       low(b2, b6), high(b2, b6), low(b3, b7), high(b3, b7)};
-}
-
-// Moves every lane one row down and puts the row above the band into the first.
-inline Lanes FromRowAbove(Lanes value, int above) {
-  const Lanes zero = {};
-  Lanes moved = __builtin_shufflevector(zero, value, 0, 8, 9, 10, 11, 12, 13, 14);
-  moved[0] = static_cast<i16>(above);
-  return moved;
-}
-
-inline Lanes Select(Lanes mask, Lanes yes, Lanes no) {
-  return (mask & yes) | (~mask & no);
 }
 
 template <ChromaSign Sign>
@@ -142,11 +88,10 @@ inline Lanes BlendLuma(Lanes left, Lanes top, Lanes topLeft, Lanes symbol, Lanes
 // has its first pair takes L and TL from T.
 template <ChromaSign Sign, bool Prologue, bool AnyRaw>
 inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff_t group, Lanes predicted) {
-  const Lanes rowNumber = {0, 1, 2, 3, 4, 5, 6, 7};
+  const Lanes rowNumber = LaneNumbers();
+  const auto pairsOfRow = [&](u32 r) { return rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4; };
   Square square;
-  for (std::size_t r = 0; r < kBandRows; ++r) {
-    square.line[r] = LoadNative<Lanes>(rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4);
-  }
+  LoadRows(square, pairsOfRow);
   Transpose(square);
   for (std::size_t step = 0; step < 4; ++step) {
     const Lanes even = square.line[2 * step];                                   // Y'0 and Cb of every row
@@ -154,8 +99,8 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     const std::ptrdiff_t pair = group * 4 + static_cast<std::ptrdiff_t>(step);  // of the first row
     const u8* pairAbove = above + pair * 4;
     const Lanes first = Prologue ? rowNumber == static_cast<i16>(pair) : Lanes{};
-    const Lanes top0 = FromRowAbove(band.luma0, pairAbove[0]);
-    const Lanes top1 = FromRowAbove(band.luma1, pairAbove[2]);
+    const Lanes top0 = MoveUp(band.luma0, pairAbove[0]);
+    const Lanes top1 = MoveUp(band.luma1, pairAbove[2]);
     Lanes left0 = band.luma1;
     Lanes topLeft0 = band.luma1Above;
     if constexpr (Prologue) {
@@ -164,8 +109,8 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     }
     const Lanes luma0 = BlendLuma<AnyRaw>(left0, top0, topLeft0, even & 255, predicted);
     const Lanes luma1 = BlendLuma<AnyRaw>(luma0, top1, top0, odd & 255, predicted);
-    const Lanes topCb = FromRowAbove(band.cb.left, ReadChroma<Sign>(pairAbove[1]));
-    const Lanes topCr = FromRowAbove(band.cr.left, ReadChroma<Sign>(pairAbove[3]));
+    const Lanes topCb = MoveUp(band.cb.left, ReadChroma<Sign>(pairAbove[1]));
+    const Lanes topCr = MoveUp(band.cr.left, ReadChroma<Sign>(pairAbove[3]));
     const Lanes cb = StepChroma<Sign, Prologue, AnyRaw>(band.cb, even >> 8, topCb, first, predicted);
     const Lanes cr = StepChroma<Sign, Prologue, AnyRaw>(band.cr, odd >> 8, topCr, first, predicted);
     band.luma0 = luma0;
@@ -175,18 +120,16 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     square.line[2 * step + 1] = luma1 | cr << 8;
   }
   Transpose(square);
-  for (std::size_t r = 0; r < kBandRows; ++r) {
-    StoreNative(rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4, square.line[r]);
-  }
+  StoreRows(square, pairsOfRow);
 }
 
 template <ChromaSign Sign, bool AnyRaw>
 void RebuildBandRows(const u8* above, u8* const* rows, std::size_t pairs, Lanes predicted) {
   Band band = {};
-  // The last row is seven pairs behind the first.
+  // The last row is kBandRows - 1 pairs behind the first.
   const std::ptrdiff_t groups = static_cast<std::ptrdiff_t>((pairs + kBandRows - 1 + 3) / 4);
   std::ptrdiff_t group = 0;
-  for (; group < 2 && group < groups; ++group)
+  for (; group < std::ptrdiff_t{kBandRows / 4} && group < groups; ++group)
     StepGroup<Sign, true, AnyRaw>(band, above, rows, group, predicted);
   for (; group < groups; ++group) StepGroup<Sign, false, AnyRaw>(band, above, rows, group, predicted);
 }

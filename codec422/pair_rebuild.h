@@ -5,16 +5,16 @@
 // left neighbour, so the rows of a band are rebuilt together, each one pair behind the row above it: the rows
 // are the lanes of a vector.
 #pragma once
-#include "base/instructions.h"
+#include "base/lanes.h"
 #include "frame/frame_layout.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-inline constexpr u32 kBandRows = 8;
+inline constexpr u32 kBandRows = kLanes;
 
 // Bytes that must be writable before and behind each row of a band; their contents are lost.
-inline constexpr std::size_t kBandFrontPadding = 32;
-inline constexpr std::size_t kBandBackPadding = 48;
+inline constexpr std::size_t kBandFrontPadding = std::size_t{4} * kBandRows;
+inline constexpr std::size_t kBandBackPadding = std::size_t{4} * kBandRows + 16;
 
 struct PairStart {
   u8 luma;

@@ -46,7 +46,7 @@ void CompareBands() {
   std::mt19937 random(11);
   for (std::size_t pairs = 1; pairs <= 70; ++pairs) {
     for (const bool anyRaw : {false, true}) {
-      const u32 rawRows = anyRaw ? static_cast<u32>(random() & 255) : 0;
+      const u32 rawRows = anyRaw ? static_cast<u32>(random() & ((1u << kBandRows) - 1)) : 0;
       const std::vector<u8> above = Random(4 * pairs, random);
       std::vector<std::vector<u8>> expected;
       const std::size_t pitch = kBandFrontPadding + 4 * pairs + kBandBackPadding;

@@ -1,0 +1,130 @@
+// Vectors of 16-bit numbers, as many as a register of the instruction set holds, and squares of them whose rows become
+// columns. The vectors are those of the compiler, so there is one source for all sets.
+#pragma once
+#include <array>
+#include <utility>
+
+#include "base/bytes.h"
+#include "base/instructions.h"
+
+namespace vorel::inline VOREL_INSTRUCTIONS {
+
+#ifdef __AVX2__
+inline constexpr u32 kLanes = 16;
+#else
+inline constexpr u32 kLanes = 8;
+#endif
+
+// Squares are made in parts of 16 bytes: what a shuffle does within a part costs one instruction in every set.
+inline constexpr u32 kPartLanes = 8;
+
+using Lanes = i16 __attribute__((vector_size(2 * kLanes)));
+using PartLanes = i16 __attribute__((vector_size(2 * kPartLanes)));
+
+// Where lane `to` of an interleaving of two vectors comes from, in units of Size lanes: the low or the high halves of
+// each part.
+constexpr int InterleavedFrom(bool high, int size, int to) {
+  const int perPart = static_cast<int>(kPartLanes) / size;
+  const int part = to / perPart;
+  const int within = to % perPart;
+  const int vector = within % 2 == 0 ? 0 : static_cast<int>(kLanes) / size;
+  return vector + part * perPart + (high ? perPart / 2 : 0) + within / 2;
+}
+
+// A declaration of its own: attributes on dependent types are lost elsewhere.
+template <typename Unit, u32 Bytes>
+struct VectorOf {
+  typedef Unit Type __attribute__((vector_size(Bytes)));
+};
+
+template <bool High, typename Unit, int... To>
+inline Lanes InterleaveUnits(Lanes a, Lanes b, std::integer_sequence<int, To...> /*lanes*/) {
+  using Units = typename VectorOf<Unit, 2 * kLanes>::Type;
+  constexpr int kSize = sizeof(Unit) / 2;
+  return (Lanes)__builtin_shufflevector((Units)a, (Units)b, InterleavedFrom(High, kSize, To)...);
+}
+template <bool High, typename Unit>
+inline Lanes Interleave(Lanes a, Lanes b) {
+  return InterleaveUnits<High, Unit>(a, b, std::make_integer_sequence<int, 2 * kLanes / sizeof(Unit)>());
+}
+
+// kPartLanes columns of kLanes rows, or the other way round.
+struct Square {
+  std::array<Lanes, kPartLanes> line;
+};
+
+// Rows to columns and back. Line k holds, as rows, those of number k and, in the second part, k + 8.
+inline void Transpose(Square& square) {
+  std::array<Lanes, kPartLanes>& s = square.line;
+  std::array<Lanes, kPartLanes> a;
+  for (u32 k = 0; k < kPartLanes; k += 2) {
+    a[k] = Interleave<false, u16>(s[k], s[k + 1]);
+    a[k + 1] = Interleave<true, u16>(s[k], s[k + 1]);
+  }
+  std::array<Lanes, kPartLanes> b;
+  for (u32 k = 0; k < kPartLanes; k += 4) {
+    for (u32 half = 0; half < 2; ++half) {
+      b[k + 2 * half] = Interleave<false, u32>(a[k + half], a[k + half + 2]);
+      b[k + 2 * half + 1] = Interleave<true, u32>(a[k + half], a[k + half + 2]);
+    }
+  }
+  for (u32 k = 0; k < kPartLanes / 2; ++k) {
+    s[2 * k] = Interleave<false, u64>(b[k], b[k + 4]);
+    s[2 * k + 1] = Interleave<true, u64>(b[k], b[k + 4]);
+  }
+}
+
+// The rows of a square: row(r) is the address of kPartLanes numbers of row r.
+template <typename Row>
+inline void LoadRows(Square& square, Row row) {
+  for (u32 r = 0; r < kPartLanes; ++r) {
+#ifdef __AVX2__
+    const PartLanes low = LoadNative<PartLanes>(row(r));
+    const PartLanes high = LoadNative<PartLanes>(row(r + kPartLanes));
+    square.line[r] = __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+#else
+    square.line[r] = LoadNative<Lanes>(row(r));
+#endif
+  }
+}
+template <typename Row>
+inline void StoreRows(const Square& square, Row row) {
+  for (u32 r = 0; r < kPartLanes; ++r) {
+#ifdef __AVX2__
+    const Lanes line = square.line[r];
+    StoreNative(row(r), __builtin_shufflevector(line, line, 0, 1, 2, 3, 4, 5, 6, 7));
+    StoreNative(row(r + kPartLanes), __builtin_shufflevector(line, line, 8, 9, 10, 11, 12, 13, 14, 15));
+#else
+    StoreNative(row(r), square.line[r]);
+#endif
+  }
+}
+
+template <int... To>
+inline Lanes MoveUp(Lanes value, std::integer_sequence<int, To...> /*lanes*/) {
+  const Lanes zero = {};
+  return __builtin_shufflevector(zero, value, 0, (static_cast<int>(kLanes) + To)...);
+}
+
+// Moves every lane one up and puts `first` into the first.
+inline Lanes MoveUp(Lanes value, int first) {
+  // Not by storing into a lane of the moved vector: that would wait for it.
+  Lanes lowest = {};
+  lowest[0] = static_cast<i16>(first);
+  return MoveUp(value, std::make_integer_sequence<int, static_cast<int>(kLanes) - 1>()) | lowest;
+}
+
+inline Lanes Select(Lanes mask, Lanes yes, Lanes no) {
+  return (mask & yes) | (~mask & no);
+}
+
+// The number of each lane.
+template <int... Lane>
+inline Lanes NumberLanes(std::integer_sequence<int, Lane...> /*lanes*/) {
+  return Lanes{static_cast<i16>(Lane)...};
+}
+inline Lanes LaneNumbers() {
+  return NumberLanes(std::make_integer_sequence<int, static_cast<int>(kLanes)>());
+}
+
+}  // namespace vorel::inline VOREL_INSTRUCTIONS
