@@ -8,6 +8,7 @@
 #include "base/instructions.h"
 #include "pixel/pixel_layout.h"
 #include "pixel/sample_strip.h"
+#include "pixel/split_streams.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
@@ -81,15 +82,17 @@ void LoadPixels(const u8* __restrict bytes, Planes planes) {
       third[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[2]), 10, Bits);
     }
   } else if constexpr (Pixel.unitBytes == 3) {
-    // Three bytes are no vector's measure. Pixels are spread to a word each first, with a byte of the next
-    // one on top; nothing follows the last.
-    alignas(32) std::array<u32, kStripPixels> words;
-    for (u32 i = 0; i < kStripPixels - 1; ++i) words[i] = LoadNative<u32>(bytes + std::size_t{3} * i);
-    words[kStripPixels - 1] = LoadNative<u32>(bytes + std::size_t{3} * kStripPixels - 4) >> 8;
-    for (u32 i = 0; i < kStripPixels; ++i) {
-      first[i] = ChangeDepth(static_cast<i32>(words[i] >> 8 * Pixel.place[0] & 255), 8, Bits);
-      second[i] = ChangeDepth(static_cast<i32>(words[i] >> 8 * Pixel.place[1] & 255), 8, Bits);
-      third[i] = ChangeDepth(static_cast<i32>(words[i] >> 8 * Pixel.place[2] & 255), 8, Bits);
+    std::array<i16*, 3> inOrder = {first, second, third};
+    inOrder[Pixel.place[0]] = first;
+    inOrder[Pixel.place[1]] = second;
+    inOrder[Pixel.place[2]] = third;
+    SplitStreams(bytes, kStripPixels, inOrder);
+    if constexpr (Bits != 8) {
+      for (u32 i = 0; i < kStripPixels; ++i) {
+        first[i] = ChangeDepth(first[i], 8, Bits);
+        second[i] = ChangeDepth(second[i], 8, Bits);
+        third[i] = ChangeDepth(third[i], 8, Bits);
+      }
     }
   } else {
     for (u32 i = 0; i < kStripPixels; ++i) {

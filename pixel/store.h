@@ -47,6 +47,32 @@ constexpr u32 ToByte(i16 sample, int place) {
   return u32{ToFormatScale<Pixel, Bits>(sample)} << 8 * place;
 }
 
+// The lower three bytes of each word, one pixel after another. What a store has too much is overwritten by the next one.
+inline void StoreThreeOfFour(const std::array<u32, kStripPixels>& words, u8* __restrict bytes) {
+#ifdef __SSSE3__
+  using Bytes = u8 __attribute__((vector_size(16)));
+  for (u32 i = 0; i < kStripPixels; i += 4) {
+    const Bytes four = LoadNative<Bytes>(&words[i]);
+    const Bytes packed =
+        __builtin_shufflevector(four, four, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15);
+    u8* const target = bytes + std::size_t{3} * i;
+    if (i + 4 < kStripPixels)
+      StoreNative(target, packed);
+    else
+      std::memcpy(target, &packed, 12);
+  }
+#else
+  // Without a shuffle of bytes: two pixels at a time.
+  alignas(32) std::array<u64, kStripPixels / 2> two;
+  for (u32 i = 0; i < kStripPixels / 2; ++i) {
+    const u64 both = LoadNative<u64>(&words[std::size_t{2} * i]);
+    two[i] = (both & 0xFFFFFF) | (both >> 8 & 0xFFFFFF000000);
+  }
+  for (u32 i = 0; i + 1 < kStripPixels / 2; ++i) StoreNative(bytes + std::size_t{6} * i, two[i]);
+  std::memcpy(bytes + std::size_t{3} * kStripPixels - 6, &two[kStripPixels / 2 - 1], 6);
+#endif
+}
+
 // A strip of pixels. AlphaBits is 0 where all pixels are opaque; `Opaque` then is what stands in their place
 // of alpha, on the scale of the format.
 template <const PixelLayout& Pixel, int Bits, int AlphaBits, u16 Opaque>
@@ -84,15 +110,13 @@ void StorePixels(ConstPlanes planes, u8* __restrict bytes) {
       StoreNative(bytes + std::size_t{4} * i, word);
     }
   } else if constexpr (Pixel.unitBytes == 3) {
-    // Each word's fourth byte is overwritten by the next one; the last pixel has three only.
     alignas(32) std::array<u32, kStripPixels> words;
     for (u32 i = 0; i < kStripPixels; ++i) {
       words[i] = ToByte<Pixel, Bits>(first[i], Pixel.place[0]) |
                  ToByte<Pixel, Bits>(second[i], Pixel.place[1]) |
                  ToByte<Pixel, Bits>(third[i], Pixel.place[2]);
     }
-    for (u32 i = 0; i < kStripPixels - 1; ++i) StoreNative(bytes + std::size_t{3} * i, words[i]);
-    std::memcpy(bytes + std::size_t{3} * (kStripPixels - 1), &words[kStripPixels - 1], 3);
+    StoreThreeOfFour(words, bytes);
   } else {
     for (u32 i = 0; i < kStripPixels; ++i) {
       u8* pixel = bytes + std::size_t{Pixel.unitBytes} * i;
