@@ -36,11 +36,13 @@ struct PlaneSource {
   const RowCodes<kSymbolsOf<Layout>>* codes;
 };
 
-// Takes `count` steps of the current row, symbols or samples, of which `behind` follow in the row.
+// Takes `count` steps of the current row, symbols or samples, of which `behind` follow in the row. Zeros are put behind
+// them: strips are taken in whole vectors, and a conversion must not meet numbers that no sample has.
 template <const FrameLayout& Layout>
 void GetSteps(PlaneSource<Layout>& source, bool raw, SampleOf<kSymbolsOf<Layout>>* out, u32 count,
               u32 behind) {
   constexpr std::size_t kLength = kStepLength<Layout>;
+  std::memset(out + count * kLength, 0, kReadBehindSymbols<Layout> * sizeof *out);
   if (raw) {
     GetRawSamples<Layout.samples.bits>(source.reader, out, count * kLength);
     return;

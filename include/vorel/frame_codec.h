@@ -6,6 +6,9 @@
  * its value on entry to the frame routine (5 behind a header) PLUS the index of the word in which the routine
  * stopped: the entry value is counted twice. Frames are recorded with the size that these cursors give, (word
  * cursor * 32 + 7 + bit cursor) / 8, which behind a header is 20 bytes more than the bytes that hold bits.
+ *
+ * Routines keep nothing and allocate nothing, but for code tables that are made when a frame format is first used.
+ * They take up to 320 kB of stack, 160 kB in 32-bit programs.
  */
 #ifndef VOREL_FRAME_CODEC_H
 #define VOREL_FRAME_CODEC_H

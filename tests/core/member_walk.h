@@ -36,7 +36,7 @@ inline u64 FirstBit(const Arguments& a) {
 // Another sample of the settings for every member: `turn` counts the settings of one member.
 inline Setting MakeSetting(std::size_t member, u32 turn, std::string_view pixel) {
   static constexpr u32 kWide[] = {95, 96, 97, 127, 128, 129, 131, 193};
-  static constexpr u32 kTall[] = {8, 9, 17, 18};
+  static constexpr u32 kTall[] = {8, 9, 17, 18, 33, 35};
   static constexpr u32 kCursors[][2] = {{5, 0}, {0, 0}, {0, 1}, {5, 31}, {3, 37}, {5, 1}};
   const u32 seed = static_cast<u32>(member) * 64 + turn;
   Random random = StartRandom(seed);
@@ -44,7 +44,7 @@ inline Setting MakeSetting(std::size_t member, u32 turn, std::string_view pixel)
   u32 height = 1 + static_cast<u32>(random() % 5);
   if (turn % 8 == 6) width = 1 + (static_cast<u32>(member) + turn / 8) % 9;
   if (turn % 8 == 7) width = kWide[(member + turn / 8) % 8];
-  if (turn % 8 == 5) height = kTall[(member + turn / 8) % 4];
+  if (turn % 8 == 5) height = kTall[(member + turn / 8) % 6];
   const std::size_t least = (reference::RowBytes(pixel, width) + 3) / 4 * 4;
   const i32 rowBytes = static_cast<i32>(least + random() % 3 * 4);
   const auto& cursors = kCursors[random() % std::size(kCursors)];
