@@ -5,6 +5,7 @@
 // They are made where a frame format is first used, in a millisecond: no program uses all of them, and kept as
 // constants they would be most of the library.
 #pragma once
+#include <algorithm>
 #include <type_traits>
 
 #include "base/instructions.h"
@@ -35,25 +36,40 @@ inline constexpr u32 kLongestPairCode = 24;
 inline constexpr u32 kNoPairCode = 60;
 using PairCodeTable = std::array<u32, 65536>;
 
-// Symbols by the next 11 bits of the stream, for each place in the pattern that may come first:
-//   63..16 symbols, the first lowest: up to six bytes, or up to three words | 15..14 place in the pattern that
-//   comes next | 10..8 how many symbols | 5..0 how many bits they take
-// Tables of the places follow each other, 16 kB each, so bits 15..14 are the offset of the next one as they
-// stand. A first symbol of more than 11 bits gives an entry without symbols and bits that leads to its own table:
-// a step over it changes nothing, so it is enough to look for one after several steps.
-inline constexpr u32 kGroupBits = 11;
+// Decoding goes in steps. A step looks at the next 12 bits and takes all symbols that end within them. What it finds
+// depends on a state:
+//   0 to L - 1    the place in the pattern, of L symbols, that the next symbol has
+//   L to 2L - 1   the same places, four bits into the code of that symbol, which has more than 12
+// Such a long code takes two steps, one without a symbol to the state that is L higher and one back. The first four
+// bits need not be remembered: a class has few windows of 16 bits with long codes, one behind the other, and the
+// last 12 bits tell them apart.
+//
+// Each state has a table of steps, which is all that the next step waits for: 8 kB, and stays in the first-level
+// cache. The symbols come out of tables four times that size, whose delays are hidden behind later steps.
+inline constexpr u32 kGroupBits = 12;
 inline constexpr u32 kGroupEntries = 1u << kGroupBits;
-inline constexpr u32 kGroupTableBytes = kGroupEntries * sizeof(u64);
-inline constexpr u32 kNextTableMask = 0xC000;
-static_assert(kGroupTableBytes == 1u << 14);
-template <int Symbols>
-inline constexpr u32 kMostGroupSymbols = 6 / sizeof(SampleOf<Symbols>);
+inline constexpr u32 kFirstBitsOfLong = kLongestCode - kGroupBits;
 
-constexpr u32 BitsOfGroup(u64 entry) {
-  return static_cast<u32>(entry & 63);
+// Step:   14..12 state that comes next | 9..6 how many symbols | 5..0 how many bits they take
+// The bits of the state are the offset of its entries as they stand.
+inline constexpr u32 kStateMask = 7 * kGroupEntries;
+static_assert(kGroupEntries == 1u << 12 && kStateMask < 65536);
+
+// Symbols of a step, the first lowest.
+template <int Symbols>
+inline constexpr u32 kMostGroupSymbols = 8 / sizeof(SampleOf<Symbols>);
+
+constexpr u16 MakeStep(u32 state, u32 symbols, u32 bits) {
+  return static_cast<u16>(state << 12 | symbols << 6 | bits);
 }
-constexpr u32 SymbolsOfGroup(u64 entry) {
-  return static_cast<u32>(entry >> 8 & 7);
+constexpr u32 StateOfStep(u32 step) {
+  return step >> 12;
+}
+constexpr u32 SymbolsOfStep(u32 step) {
+  return step >> 6 & 15;
+}
+constexpr u32 BitsOfStep(u32 step) {
+  return step & 63;
 }
 
 // Everything that a row coder needs of a code set.
@@ -63,7 +79,8 @@ struct RowCodes {
   ClassPattern pattern;
   const SymbolCodeTable<Symbols>* single;
   const u32* pairs;   // a PairCodeTable; null but where 8-bit symbols of class A and B follow each other
-  const u64* groups;  // kGroupEntries for each place of the pattern
+  const u16* steps;   // kGroupEntries for each state: two states for each place of the pattern
+  const u64* groups;  // the symbols that each of the steps takes
 };
 
 template <int Symbols>
@@ -88,25 +105,46 @@ inline void MakePairCodes(const SymbolCodeTable<256>& single, u32* table) {
   }
 }
 
+// The tables of one state in which a symbol begins.
 template <int Symbols>
-void MakeSymbolGroups(const CodeSet<Symbols>& codes, ClassPattern pattern, u64* table) {
+void MakeGroups(const CodeSet<Symbols>& codes, ClassPattern pattern, u32 state, u16* steps, u64* groups) {
   constexpr u32 kSampleBits = 8 * sizeof(SampleOf<Symbols>);
-  for (u32 first = 0; first < pattern.length; ++first) {
-    for (u32 index = 0; index < kGroupEntries; ++index) {
-      u32 count = 0;
-      u32 bits = 0;
-      u32 next = first;
-      u64 symbols = 0;
-      while (count < kMostGroupSymbols<Symbols>) {
-        const u32 window = index << (32 - kGroupBits) << bits;
-        const DecodedSymbol decoded = DecodeSymbol(codes, ClassAt(pattern, next), window);
-        if (bits + decoded.length > kGroupBits) break;
-        symbols |= u64{decoded.symbol} << (kSampleBits * count);
-        bits += decoded.length;
-        next = (next + 1) % pattern.length;
-        ++count;
-      }
-      table[first * kGroupEntries + index] = symbols << 16 | u64{next} << 14 | u64{count} << 8 | bits;
+  for (u32 index = 0; index < kGroupEntries; ++index) {
+    u32 count = 0;
+    u32 bits = 0;
+    u32 next = state;
+    u64 symbols = 0;
+    while (count < kMostGroupSymbols<Symbols>) {
+      const u32 window = index << (32 - kGroupBits) << bits;
+      const DecodedSymbol decoded = DecodeSymbol(codes, ClassAt(pattern, next), window);
+      if (bits + decoded.length > kGroupBits) break;
+      symbols |= u64{decoded.symbol} << (kSampleBits * count);
+      bits += decoded.length;
+      next = (next + 1) % pattern.length;
+      ++count;
+    }
+    groups[index] = symbols;
+    steps[index] =
+        count > 0 ? MakeStep(next, count, bits) : MakeStep(pattern.length + state, 0, kFirstBitsOfLong);
+  }
+}
+
+// The tables of the state four bits into a long code at `place`.
+template <int Symbols>
+void MakeLongGroups(const CodeSet<Symbols>& codes, ClassPattern pattern, u32 place, u16* steps, u64* groups) {
+  const std::size_t half = static_cast<std::size_t>(Index(ClassAt(pattern, place)));
+  const u32 next = (place + 1) % pattern.length;
+  // What belongs to no long code never comes up.
+  std::fill_n(steps, kGroupEntries, MakeStep(next, 1, kGroupBits));
+  std::fill_n(groups, kGroupEntries, u64{0});
+  for (u32 symbol = 0; symbol < Symbols; ++symbol) {
+    const u32 length = codes.encode[symbol][half] >> 24;
+    if (length <= kGroupBits) continue;
+    const u32 first = codes.encode[symbol][half] & (kGroupEntries - 1);
+    for (u32 i = 0; i < 1u << (kLongestCode - length); ++i) {
+      const u32 index = (first + i) % kGroupEntries;
+      steps[index] = MakeStep(next, 1, length - kFirstBitsOfLong);
+      groups[index] = symbol;
     }
   }
 }
@@ -122,14 +160,24 @@ const RowCodes<Symbols>& RowCodesOfSet() {
   struct Tables {
     SymbolCodeTable<Symbols> single;
     std::array<u32, kHasPairs ? 65536 : 1> pairs;
-    std::array<u64, std::size_t{Pattern.length} * kGroupEntries> groups;
+    std::array<u16, std::size_t{Pattern.length} * 2 * kGroupEntries> steps;
+    std::array<u64, std::size_t{Pattern.length} * 2 * kGroupEntries> groups;
   };
   static Tables tables;
   static const RowCodes<Symbols> codes = [] {
     tables.single = MakeSymbolCodes(Set);
     if constexpr (kHasPairs) MakePairCodes(tables.single, tables.pairs.data());
-    MakeSymbolGroups(Set, Pattern, tables.groups.data());
-    return RowCodes<Symbols>{&Set, Pattern, &tables.single, kHasPairs ? tables.pairs.data() : nullptr,
+    for (u32 place = 0; place < Pattern.length; ++place) {
+      const std::size_t begins = std::size_t{place} * kGroupEntries;
+      const std::size_t goesOn = std::size_t{Pattern.length + place} * kGroupEntries;
+      MakeGroups(Set, Pattern, place, &tables.steps[begins], &tables.groups[begins]);
+      MakeLongGroups(Set, Pattern, place, &tables.steps[goesOn], &tables.groups[goesOn]);
+    }
+    return RowCodes<Symbols>{&Set,
+                             Pattern,
+                             &tables.single,
+                             kHasPairs ? tables.pairs.data() : nullptr,
+                             tables.steps.data(),
                              tables.groups.data()};
   }();
   return codes;

@@ -26,6 +26,88 @@ template <int Symbols>
   reader.position += ofClass[1] * DecodeSymbol(*codes.codes, CodeClass::b, 0).length;
 }
 
+// How far a run of symbols has come.
+template <int Symbols>
+struct SymbolRun {
+  SampleOf<Symbols>* out;  // the next symbol goes here
+  SampleOf<Symbols>* end;
+  u32 step;  // the last one, whose state comes next
+};
+
+// A sum that the compiler adds up where it stands, and not in another order.
+template <typename Sum>
+[[gnu::always_inline]] inline Sum AsOne(Sum sum) {
+  asm("" : "+r"(sum));
+  return sum;
+}
+
+// Takes one step over `index`, the next 12 bits. Stores 8 bytes, whatever their number of symbols.
+template <int Symbols>
+[[gnu::always_inline]] inline void TakeStep(SymbolRun<Symbols>& run, const u16* steps, const u64* groups,
+                                            std::size_t index) {
+  // The next step waits for the bits of this one, then for its own index: all else is added up before that.
+  const std::size_t state = run.step & kStateMask;
+  const u16* const stepsOfState = AsOne(steps + state);
+  run.step = stepsOfState[index];
+  StoreNative(run.out, groups[AsOne(state + index)]);
+  run.out += SymbolsOfStep(run.step);
+}
+
+// What a step stores, in symbols.
+template <int Symbols>
+inline constexpr std::ptrdiff_t kStoredSymbols = 8 / sizeof(SampleOf<Symbols>);
+
+// Decodes most of a run, in turns of as many steps as a window has bits for.
+template <typename Window, int Symbols>
+inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& runSoFar,
+                     u64 bitsBehind) {
+  constexpr int kSteps = kWindowBits<Window> == 64 ? 4 : 2;
+  constexpr std::ptrdiff_t kTurnSymbols = (kSteps - 1) * kMostGroupSymbols<Symbols> + kStoredSymbols<Symbols>;
+  SymbolRun<Symbols> run = runSoFar;  // in registers: stores through u8* could otherwise alter it
+  const u16* const steps = codes.steps;
+  const u64* const groups = codes.groups;
+  if constexpr (kWindowBits<Window> == 64) {
+    // The load of a turn ends at most 127 bits behind the position: with 63 coded bits ahead that is within two
+    // words of the last one. A symbol has at least one bit.
+    const std::ptrdiff_t margin =
+        bitsBehind >= 64 ? kTurnSymbols : std::max<std::ptrdiff_t>(64, kTurnSymbols);
+    u64 offset = reader.position >> 3;
+    if (run.end - run.out < margin || !IsReadable(reader, offset, 16)) return;
+    const SampleOf<Symbols>* const outLast = run.end - margin;
+    const u64 offsetLast = reader.readableTo - 8;
+    u64 window = LoadBig64(reader.frame + offset) << (reader.position & 7);
+    // Bits of the window that count, 8 to 63 modulo 64: those below are the true ones behind, or zero.
+    u64 valid = 56 - (reader.position & 7);
+    offset += 7;
+    while (run.out <= outLast && offset <= offsetLast) {
+      window |= LoadBig64(reader.frame + offset) >> (valid & 63);
+      offset += ~valid >> 3 & 7;
+      valid |= 56;
+      for (int i = 0; i < kSteps; ++i) {
+        TakeStep(run, steps, groups, window >> (64 - kGroupBits));
+        window <<= BitsOfStep(run.step);
+        valid -= run.step;  // the low six bits alone matter
+      }
+    }
+    reader.position = offset * 8 - (valid & 63);
+  } else {
+    // A load of 32 bits at the position leaves 25: two steps.
+    u64 position = reader.position;
+    while (run.end - run.out >= kTurnSymbols && IsReadable(reader, position >> 3, 4)) {
+      u32 window = LoadBig32(reader.frame + (position >> 3)) << (position & 7);
+      u32 used = 0;
+      for (int i = 0; i < kSteps; ++i) {
+        TakeStep(run, steps, groups, window >> (32 - kGroupBits));
+        window <<= BitsOfStep(run.step);
+        used += BitsOfStep(run.step);
+      }
+      position += used;
+    }
+    reader.position = position;
+  }
+  runSoFar = run;
+}
+
 // Decodes `count` symbols into `out`, a whole number of patterns.
 //
 // bitsBehind   how many coded bits follow this run in a whole frame: they allow for more look-ahead
@@ -33,100 +115,27 @@ template <int Symbols>
 template <typename Window, int Symbols>
 void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symbols>* out, std::size_t count,
                 u64 bitsBehind) {
-  // An offset from an entry, rather than an index, keeps one addition out of the chain from look-up to
-  // look-up.
-  const u8* const tables = reinterpret_cast<const u8*>(codes.groups);
-  const auto tableAt = [tables](u32 offset) { return reinterpret_cast<const u64*>(tables + offset); };
-  SampleOf<Symbols>* const end = out + count;
-  u32 table = 0;  // offset in bytes of the entries for the place that comes next
-  const auto storeGroup = [](SampleOf<Symbols>* to, u64 entry) { StoreNative(to, entry >> 16); };
-  // Decodes one symbol of any length from the next 32 bits and gives the bits that it takes.
-  const auto takeOne = [&](u32 next) {
-    const u32 place = table / kGroupTableBytes;
-    const DecodedSymbol decoded = DecodeSymbol(*codes.codes, ClassAt(codes.pattern, place), next);
-    *out++ = static_cast<SampleOf<Symbols>>(decoded.symbol);
-    table = place + 1 == codes.pattern.length ? 0 : table + kGroupTableBytes;
-    return decoded.length;
-  };
-  constexpr std::size_t kStoredSamples = 8 / sizeof(SampleOf<Symbols>);  // by one storeGroup
-  if constexpr (kWindowBits<Window> == 64) {
-    // A turn takes at most kTurnSymbols, and its loads end at most 127 bits behind the position that they start
-    // from: with 63 coded bits ahead that is within two words of the last one. A symbol has at least one bit.
-    constexpr std::size_t kTurnSymbols = std::size_t{4} * kMostGroupSymbols<Symbols> + kStoredSamples;
-    const std::size_t margin = bitsBehind >= 64 ? kTurnSymbols : std::max<std::size_t>(64, kTurnSymbols);
-    if (count >= margin && IsReadable(reader, reader.position >> 3, 16)) {
-      const SampleOf<Symbols>* const outLast = end - margin;
-      const u64 offsetLast = reader.readableTo - 8;
-      u64 offset = reader.position >> 3;
-      u64 window = LoadBig64(reader.frame + offset);
-      u32 valid = 56;  // bits of the window that count; those below are the true ones behind, or zero
-      offset += 7;
-      window <<= reader.position & 7;
-      valid -= static_cast<u32>(reader.position & 7);
-      while (out <= outLast && offset <= offsetLast) {
-        window |= LoadBig64(reader.frame + offset) >> valid;
-        offset += (63 - valid) >> 3;
-        valid |= 56;
-        u64 entry = 0;
-        u32 used = 0;
-        for (int step = 0; step < 4; ++step) {
-          entry = tableAt(table)[window >> (64 - kGroupBits)];
-          storeGroup(out, entry);
-          out += SymbolsOfGroup(entry);
-          window <<= entry & 63;
-          used += BitsOfGroup(entry);
-          table = static_cast<u32>(entry) & kNextTableMask;
-        }
-        valid -= used;
-        if (BitsOfGroup(entry) == 0) [[unlikely]] {
-          // A code of more than 11 bits. 12 bits are left at least; the load gives the rest.
-          if (offset > offsetLast) break;
-          window |= LoadBig64(reader.frame + offset) >> valid;
-          offset += (63 - valid) >> 3;
-          valid |= 56;
-          const u32 length = takeOne(static_cast<u32>(window >> 32));
-          window <<= length;
-          valid -= length;
-        }
-      }
-      reader.position = offset * 8 - valid;
-    }
-  } else {
-    // A load of 32 bits at the position leaves 25: two steps.
-    constexpr std::ptrdiff_t kTurnSymbols = 2 * kMostGroupSymbols<Symbols> + kStoredSamples;
-    while (end - out >= kTurnSymbols && IsReadable(reader, reader.position >> 3, 4)) {
-      u32 window = LoadBig32(reader.frame + (reader.position >> 3)) << (reader.position & 7);
-      u64 entry = 0;
-      u32 used = 0;
-      for (int step = 0; step < 2; ++step) {
-        entry = tableAt(table)[window >> (32 - kGroupBits)];
-        storeGroup(out, entry);
-        out += SymbolsOfGroup(entry);
-        window <<= entry & 31;
-        used += BitsOfGroup(entry);
-        table = static_cast<u32>(entry) & kNextTableMask;
-      }
-      reader.position += used;
-      if (BitsOfGroup(entry) == 0) [[unlikely]] {
-        reader.position += takeOne(PeekWord(reader));
-      }
-    }
+  SymbolRun<Symbols> run = {out, out + count, MakeStep(0, 0, 0)};
+  GetTurns<Window>(reader, codes, run, bitsBehind);
+  while (run.end - run.out >= kStoredSymbols<Symbols> && !IsBehindEnd(reader)) {
+    TakeStep(run, codes.steps, codes.groups, PeekWord(reader) >> (32 - kGroupBits));
+    reader.position += BitsOfStep(run.step);
   }
-  while (out < end) {
+  u32 place = StateOfStep(run.step);
+  if (place >= codes.pattern.length) {
+    // Back to the start of a long code.
+    place -= codes.pattern.length;
+    reader.position -= kFirstBitsOfLong;
+  }
+  while (run.out < run.end) {
     if (IsBehindEnd(reader)) {
-      TakeZeroSymbols(reader, codes, out, static_cast<std::size_t>(end - out), table / kGroupTableBytes);
+      TakeZeroSymbols(reader, codes, run.out, static_cast<std::size_t>(run.end - run.out), place);
       return;
     }
-    const u32 window = PeekWord(reader);
-    const u64 entry = tableAt(table)[window >> (32 - kGroupBits)];
-    if (BitsOfGroup(entry) != 0 && end - out >= static_cast<std::ptrdiff_t>(kStoredSamples)) {
-      storeGroup(out, entry);
-      out += SymbolsOfGroup(entry);
-      reader.position += BitsOfGroup(entry);
-      table = static_cast<u32>(entry) & kNextTableMask;
-    } else {
-      reader.position += takeOne(window);
-    }
+    const DecodedSymbol decoded = DecodeSymbol(*codes.codes, ClassAt(codes.pattern, place), PeekWord(reader));
+    *run.out++ = static_cast<SampleOf<Symbols>>(decoded.symbol);
+    reader.position += decoded.length;
+    place = place + 1 == codes.pattern.length ? 0 : place + 1;
   }
 }
 

@@ -158,66 +158,21 @@ TEST(SymbolGroups, CodesOfTwoSymbolsAreTheirWordsInOrder) {
 }
 
 template <int Symbols>
-void CompareGroups(const RowCodes<Symbols>& rows, const char* classes) {
-  const u32 length = static_cast<u32>(std::strlen(classes));
-  ASSERT_EQ(rows.pattern.length, length);
-  std::array<std::vector<std::string>, 2> words;
-  for (u32 symbol = 0; symbol < Symbols; ++symbol) {
-    words[0].push_back(Word(*rows.codes, CodeClass::a, symbol));
-    words[1].push_back(Word(*rows.codes, CodeClass::b, symbol));
-  }
-  const auto wordsAt = [&](u32 place) -> const auto& {
-    return words[classes[place] == 'A' ? 0 : 1];
-  };
-  constexpr u32 kSampleBits = Symbols == 256 ? 8 : 16;
-  constexpr u32 kMost = Symbols == 256 ? 6 : 3;
-  for (u32 half = 0; half < 2; ++half) {
+void CompareSymbolCodes(const RowCodes<Symbols>& rows) {
+  for (const CodeClass codeClass : {CodeClass::a, CodeClass::b}) {
     for (u32 symbol = 0; symbol < Symbols; ++symbol) {
-      const std::string& word = words[half][symbol];
-      ASSERT_EQ((*rows.single)[half][symbol], std::stoul(word, nullptr, 2) << 8 | word.size());
-    }
-  }
-  for (u32 first = 0; first < length; ++first) {
-    for (u32 index = 0; index < kGroupEntries; ++index) {
-      std::string left;
-      for (u32 i = 0; i < kGroupBits; ++i) left += (index >> (kGroupBits - 1 - i) & 1) != 0 ? '1' : '0';
-      const u64 entry = rows.groups[first * kGroupEntries + index];
-      const u32 count = SymbolsOfGroup(entry);
-      ASSERT_LE(count, kMost);
-      u32 next = first;
-      u32 bits = 0;
-      for (u32 i = 0; i < count; ++i, next = (next + 1) % length) {
-        const u64 symbol = entry >> (16 + kSampleBits * i) & ((u64{1} << kSampleBits) - 1);
-        const std::string& word = wordsAt(next).at(symbol);
-        ASSERT_EQ(left.substr(0, word.size()), word);
-        left.erase(0, word.size());
-        bits += static_cast<u32>(word.size());
-      }
-      ASSERT_EQ(BitsOfGroup(entry), bits);
-      ASSERT_EQ(entry & kNextTableMask, next * kGroupEntries * 8);
-      if (count == kMost) continue;
-      // No further symbol fits in what is left.
-      for (u32 s = 0; s < Symbols; ++s) {
-        const std::string& word = wordsAt(next)[s];
-        ASSERT_FALSE(word.size() <= left.size() && left.compare(0, word.size(), word) == 0);
-      }
+      const std::string word = Word(*rows.codes, codeClass, symbol);
+      ASSERT_EQ((*rows.single)[static_cast<std::size_t>(Index(codeClass))][symbol],
+                std::stoul(word, nullptr, 2) << 8 | word.size());
     }
   }
 }
 
-TEST(SymbolGroups, EntriesHoldAsManyWholeSymbolsAsFit) {
-  CompareGroups(RowCodesOfLayout<YCbCr8bw422, Scan::p>(), "AB");
-  CompareGroups(RowCodesOfLayout<YCbCr8bv422, Scan::i>(), "AB");
-  CompareGroups(RowCodesOfLayout<YCbCrA8bv4224, Scan::p>(), "BAB");
-  CompareGroups(RowCodesOfLayout<YCbCr8bu444, Scan::p>(), "BAA");
-  CompareGroups(RowCodesOfLayout<RGBA8bf, Scan::i>(), "ABAA");
-}
-
-TEST(SymbolGroups, EntriesOf10BitsHoldAsManyWholeSymbolsAsFit) {
-  CompareGroups(RowCodesOfLayout<YCbCr10bv422, Scan::p>(), "AB");
-  CompareGroups(RowCodesOfLayout<YCbCrA10bv4224, Scan::i>(), "BAB");
-  CompareGroups(RowCodesOfLayout<RGB10bf, Scan::p>(), "BAA");
-  CompareGroups(RowCodesOfLayout<YCbCrA10bv4444, Scan::p>(), "ABAA");
+TEST(SymbolCodes, HoldTheCodeWordOfEverySymbol) {
+  CompareSymbolCodes(RowCodesOfLayout<YCbCr8bw422, Scan::p>());
+  CompareSymbolCodes(RowCodesOfLayout<RGBA8bf, Scan::i>());
+  CompareSymbolCodes(RowCodesOfLayout<YCbCr10bv422, Scan::p>());
+  CompareSymbolCodes(RowCodesOfLayout<RGB10bf, Scan::p>());
 }
 
 }  // namespace
