@@ -58,28 +58,15 @@ u32 StripsOf(u32 width) {
   return (width + kStripPixels - 1) / kStripPixels;
 }
 
-template <const FrameLayout& Layout>
-void PutStrip(BitWriter<NativeWindow>& writer, const RowCodes<kSymbolsOf<Layout>>& codes,
-              const StripSymbols& symbols, u32 steps) {
-  if constexpr (kInPairs<Layout> && !Layout.samples.alpha && Layout.samples.bits == 8) {
-    std::array<u16, kStripPixels> pairs;
-    for (u32 i = 0; i < kStripPixels; ++i)
-      pairs[i] = static_cast<u16>(symbols.first.cells[i] | symbols.second.cells[i] << 8);
-    PutSymbolPairs(writer, codes, pairs.data(), steps);
-  } else {
-    PutSteps<kStepLength<Layout>>(writer, codes, InOrder<Layout>(symbols), steps);
-  }
-}
-
 // Codes a row as predicted. Gives the samples of its first unit.
 template <const FrameLayout& Layout, bool FromAbove>
 [[gnu::noinline]] UnitSamples PutPredictedRow(BitWriter<NativeWindow>& writer,
-                                              const RowCodes<kSymbolsOf<Layout>>& codes,
+                                              const SymbolCodes<kSymbolsOf<Layout>>& codes,
                                               const RowStrips<Layout>& rows, const u8* row,
                                               const u8* rowAbove, const UnitSamples& leftOfRow) {
   ChromaCarry carry = {};
   ChromaCarry carryAbove = {};
-  StripSymbols symbols;
+  StripIndexes<Layout> symbols = {};
   UnitSamples firstUnit = {};
   UnitSamples left = leftOfRow;
   const u32 strips = StripsOf<Layout>(rows.width);
@@ -96,7 +83,7 @@ template <const FrameLayout& Layout, bool FromAbove>
     const SampleStrip& strip = rows.Make(*rows.now, row, i, left, carry);
     if (i == 0) firstUnit = FirstSamples(strip);
     PredictStrip<Layout, FromAbove>(strip, *above, symbols);
-    PutStrip<Layout>(writer, codes, symbols, StepsAt<Layout>(rows.width, i));
+    PutSteps<kStepLength<Layout>>(writer, codes, CellsOf<Layout>(symbols), StepsAt<Layout>(rows.width, i));
   }
   return firstUnit;
 }
@@ -121,7 +108,7 @@ template <const FrameLayout& Layout, Scan FrameScan>
 [[gnu::noinline]] Status EncodePlanes(const FrameCall& call, const PictureSource& source) {
   const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
   const u64 limit = FrameLimit<Layout>(call, cursor);
-  const auto& codes = RowCodesOfLayout<Layout, FrameScan>();
+  const auto& codes = SymbolCodesOfLayout<Layout, FrameScan>();
   BitWriter<NativeWindow> writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
   RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
   std::array<KeptRow, 2> kept;

@@ -8,6 +8,7 @@
 #include "base/instructions.h"
 #include "codec/plane_prediction.h"
 #include "entropy/row_codes.h"
+#include "entropy/symbol_writer.h"
 #include "frame/frame_layout.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
@@ -19,9 +20,11 @@ inline constexpr bool kInPairs = Layout.samples.unit == Unit::pair;
 template <const FrameLayout& Layout>
 inline constexpr i16 kSampleMask = static_cast<i16>((1 << Layout.samples.bits) - 1);
 
+// Of the cells behind a strip the first is read; it is of no account.
 struct SymbolPlane {
-  alignas(32) u16 cells[kStripPixels];
+  alignas(32) u16 cells[kIndexPitch];
 };
+static_assert(kIndexPitch > kStripPixels && kIndexPitch % 16 == 0);
 
 // Residuals, or the samples of a raw row.
 struct StripSymbols {
@@ -51,26 +54,45 @@ std::array<const u16*, kStepLength<Layout>> InOrder(const StripSymbols& symbols)
   }
 }
 
-// Residuals of a whole strip. Cells left of both strips are set.
+// Residuals of a strip, as the encoder looks their codes up; see StepCells.
+template <const FrameLayout& Layout>
+struct StripIndexes {
+  std::array<SymbolPlane, PairsUntilRepeat(kStepLength<Layout>)> pairs;
+  StripSymbols symbols;
+};
+
+template <const FrameLayout& Layout>
+StepCells<kStepLength<Layout>> CellsOf(const StripIndexes<Layout>& strip) {
+  return {strip.pairs[0].cells, InOrder<Layout>(strip.symbols)};
+}
+
+// Cells left of both strips are set.
 template <const FrameLayout& Layout, bool FromAbove>
-void PredictStrip(const SampleStrip& row, const SampleStrip& above, StripSymbols& symbols) {
-  constexpr i16 kMask = kSampleMask<Layout>;
+void PredictStrip(const SampleStrip& row, const SampleStrip& above, StripIndexes<Layout>& strip) {
+  constexpr int kSymbols = kSymbolsOf<Layout>;
+  constexpr u16 kMask = kSampleMask<Layout>;
   constexpr Rule kRule = FromAbove ? Rule::planarBlend : Rule::leftOnly;
-  PredictPlane<kRule, kMask, kStripPixels, 1>(Cells(row.first), Cells(above.first), symbols.first.cells);
+  constexpr Rule kChroma = FromAbove ? Rule::halfGradient : Rule::leftOnly;
+  StripSymbols& symbols = strip.symbols;
+  PredictPlane<kRule, kMask>(Cells(row.first), Cells(above.first), symbols.first.cells);
   if constexpr (kInPairs<Layout>) {
-    constexpr Rule kChroma = FromAbove ? Rule::halfGradient : Rule::leftOnly;
-    PredictPlane<kChroma, kMask, kStripPairs, 2>(Cells(row.second), Cells(above.second),
-                                                 symbols.second.cells);
-    PredictPlane<kChroma, kMask, kStripPairs, 2>(Cells(row.third), Cells(above.third),
-                                                 symbols.second.cells + 1);
+    PredictChroma<kChroma, kMask>(Cells(row.second), Cells(above.second), Cells(row.third),
+                                  Cells(above.third), symbols.second.cells);
   } else {
-    PredictPlane<kRule, kMask, kStripPixels, 1>(Cells(row.second), Cells(above.second), symbols.second.cells);
-    PredictPlane<kRule, kMask, kStripPixels, 1>(Cells(row.third), Cells(above.third), symbols.third.cells);
+    PredictPlane<kRule, kMask>(Cells(row.second), Cells(above.second), symbols.second.cells);
+    PredictPlane<kRule, kMask>(Cells(row.third), Cells(above.third), symbols.third.cells);
     if constexpr (Layout.samples.model == ColourModel::rgb)
       ChainColours<kMask>(symbols.first.cells, symbols.second.cells, symbols.third.cells);
   }
   if constexpr (Layout.samples.alpha)
-    PredictPlane<kRule, kMask, kStripPixels, 1>(Cells(row.alpha), Cells(above.alpha), symbols.alpha.cells);
+    PredictPlane<kRule, kMask>(Cells(row.alpha), Cells(above.alpha), symbols.alpha.cells);
+  const auto planes = InOrder<Layout>(symbols);
+  for (u32 pair = 0; pair < strip.pairs.size(); ++pair) {
+    const u32 first = FirstOfPair(kStepLength<Layout>, pair);
+    const bool endsInNextStep = first + 1 == planes.size();
+    IndexPairs<kSymbols>(planes[first], endsInNextStep ? planes[0] + 1 : planes[first + 1],
+                         strip.pairs[pair].cells);
+  }
 }
 
 // The samples themselves, for raw rows.

@@ -40,21 +40,21 @@ u32 FirstPairWord(const u8* row) {
 
 // Codes a row by the left-only rule. `leftOfRow` stands for the pair before the first one: Y', Cb, Y', Cr.
 template <const PixelLayout& Pixel>
-[[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const RowCodes<256>& codes, const u8* row, u32 pairs,
+[[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const SymbolCodes<256>& codes, const u8* row, u32 pairs,
                                       u32 leftOfRow) {
   PairStrip strip = {};
   std::array<u16, kStripPixels> symbols;
   for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
     const u32 count = std::min(kStripPairs, pairs - pair);
     PredictLeftOnly(FillPairs<Pixel>(row, pair, count, leftOfRow, strip), symbols.data());
-    PutSymbolPairs(writer, codes, symbols.data(), count * 2);
+    PutSteps<2>(writer, codes, {symbols.data(), {}}, count * 2);
   }
 }
 
 // Codes a later row of a progressive frame; the row above is read from the source too. Nothing is left of the
 // first pair: L and TL are both T there.
 template <const FrameLayout& Layout, const PixelLayout& Pixel>
-[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const RowCodes<256>& codes, const u8* row,
+[[gnu::noinline]] void PutRowFromAbove(Writer& writer, const SymbolCodes<256>& codes, const u8* row,
                                        const u8* rowAbove, u32 pairs) {
   PairStrip strip = {};
   PairStrip stripAbove = {};
@@ -65,7 +65,7 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
     const u8* cells = FillPairs<Pixel>(row, pair, count, top, strip);
     const u8* above = FillPairs<Pixel>(rowAbove, pair, count, top, stripAbove);
     PredictFromAbove<Layout.chromaSign>(cells, above, symbols.data());
-    PutSymbolPairs(writer, codes, symbols.data(), count * 2);
+    PutSteps<2>(writer, codes, {symbols.data(), {}}, count * 2);
   }
 }
 
@@ -83,7 +83,7 @@ Status EncodePairs(const FrameCall& call) {
   const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
   const u64 limit = FrameLimit<Layout>(call, cursor);
   const u32 pairs = UnitsPerRow(Layout, call.width);
-  const RowCodes<256>& codes = RowCodesOfLayout<Layout, FrameScan>();
+  const SymbolCodes<256>& codes = SymbolCodesOfLayout<Layout, FrameScan>();
   Writer writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
   RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
   u32 leftOfRow = PairWord(kFirstRowStart<Layout>);

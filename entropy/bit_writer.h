@@ -2,9 +2,10 @@
 // matter only for the cursors, for the row decision and for the close, which fills the last word up with
 // zeros.
 //
-// The position moves by whole bytes: `next` is the byte that holds the next free bit, `pending` has the bits
-// of that byte that are already decided at its top, `fill` (0..7 between calls) of them, and zeros below. A
-// put stores the whole of `pending`, so zeros appear behind the position, but never at or behind `end`.
+// The position moves by whole bytes: `next` is the byte that holds the next free bit, and the lowest `fill` bits
+// (0..7 between calls) of `recent` are those of that byte that are already decided. Above them are older ones, of
+// no account. A put stores a whole window from `next` on, so zeros appear behind the position, but never at or
+// behind `end`.
 //
 // Window is the accumulator, see entropy/window.h.
 #pragma once
@@ -15,16 +16,16 @@
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-// How many bits one put may add: 7 are pending at most, and a shift by the whole width is not defined.
+// How many bits one put may add to the 7 that a byte may hold already.
 template <typename Window>
-inline constexpr u32 kMostBitsPerPut = kWindowBits<Window> - 8;
+inline constexpr u32 kMostBitsPerPut = kWindowBits<Window> - 7;
 
 template <typename Window>
 struct BitWriter {
   u8* frame;
   u8* next;
   const u8* end;
-  Window pending;
+  Window recent;
   u32 fill;
 };
 
@@ -42,10 +43,7 @@ template <typename Window>
 BitWriter<Window> OpenWriter(u8* frame, StreamCursor cursor, u64 limit) {
   BitWriter<Window> writer = {frame, frame + std::size_t{cursor.word} * 4 + cursor.bit / 8, frame + limit, 0,
                               cursor.bit % 8};
-  if (writer.fill != 0) {
-    const Window kept = *writer.next & (0xFF00u >> writer.fill & 0xFF);
-    writer.pending = kept << (kWindowBits<Window> - 8);
-  }
+  if (writer.fill != 0) writer.recent = static_cast<Window>(*writer.next >> (8 - writer.fill));
   return writer;
 }
 
@@ -65,24 +63,22 @@ bool IsPastLimit(const BitWriter<Window>& writer, u64 limit) {
 // window fits before `end`.
 template <typename Window>
 inline void PutBitsFast(BitWriter<Window>& writer, Window bits, u32 count) {
-  writer.pending |= bits << (kWindowBits<Window> - writer.fill - count);
-  StoreBigWindow(writer.next, writer.pending);
+  writer.recent = writer.recent << count | bits;
   writer.fill += count;
+  StoreBigWindow(writer.next, writer.recent << (kWindowBits<Window> - writer.fill));
   writer.next += writer.fill >> 3;
-  writer.pending <<= writer.fill & ~7u;
   writer.fill &= 7;
 }
 
 // The same anywhere. Bytes at and behind `end` are counted and not stored.
 template <typename Window>
 inline void PutBits(BitWriter<Window>& writer, Window bits, u32 count) {
-  writer.pending |= bits << (kWindowBits<Window> - writer.fill - count);
+  writer.recent = writer.recent << count | bits;
   writer.fill += count;
   while (writer.fill >= 8) {
-    if (writer.next < writer.end) *writer.next = static_cast<u8>(writer.pending >> (kWindowBits<Window> - 8));
-    ++writer.next;
-    writer.pending <<= 8;
     writer.fill -= 8;
+    if (writer.next < writer.end) *writer.next = static_cast<u8>(writer.recent >> writer.fill);
+    ++writer.next;
   }
 }
 

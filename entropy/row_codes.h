@@ -1,6 +1,7 @@
 // Which tables the rows of a frame layout are coded with.
 #pragma once
 #include "base/instructions.h"
+#include "entropy/symbol_codes.h"
 #include "entropy/symbol_groups.h"
 #include "frame/frame_layout.h"
 
@@ -38,6 +39,12 @@ template <const FrameLayout& Layout, Scan FrameScan>
 const RowCodes<kSymbolsOf<Layout>>& RowCodesOfLayout() {
   constexpr CodeSetId kId = Layout.codes[Index(FrameScan)];
   return RowCodesOfSet<kSymbolsOf<Layout>, CodeSetOf<kId>(), PatternOf(Layout)>();
+}
+
+template <const FrameLayout& Layout, Scan FrameScan>
+const SymbolCodes<kSymbolsOf<Layout>>& SymbolCodesOfLayout() {
+  constexpr CodeSetId kId = Layout.codes[Index(FrameScan)];
+  return SymbolCodesOfSet<kSymbolsOf<Layout>, CodeSetOf<kId>(), PatternOf(Layout)>();
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -1,9 +1,6 @@
-// Faster tables beside a code set, derived from it: the encoder's codes of one symbol and of two at once, and the
-// decoder's table that yields several symbols to a look-up. Stream and cursors are the same with and without
-// them.
-//
-// They are made where a frame format is first used, in a millisecond: no program uses all of them, and kept as
-// constants they would be most of the library.
+// The decoder's tables beside a code set, derived from it, which yield several symbols to a look-up. They are made
+// where a frame format is first used, in a millisecond: no program uses all of them, and kept as constants they would
+// be most of the library.
 #pragma once
 #include <algorithm>
 #include <type_traits>
@@ -15,26 +12,6 @@ namespace vorel::inline VOREL_INSTRUCTIONS {
 
 template <int Symbols>
 using SampleOf = std::conditional_t<Symbols == 256, u8, u16>;
-
-// Code of a symbol:   31..8 code, right-aligned | 7..0 its length
-constexpr u32 RightAligned(u32 entry) {
-  const u32 length = entry >> 24;
-  return (entry & 0xFFFF) >> (16 - length) << 8 | length;
-}
-
-// By class and symbol.
-template <int Symbols>
-using SymbolCodeTable = std::array<std::array<u32, Symbols>, 2>;
-
-// Code of a class A symbol followed by a class B symbol, by (B << 8 | A): the few A symbols that are frequent
-// then share cache lines.
-//   31..8 both codes, right-aligned | 7..0 their length
-// Where the codes have more than 24 bits together the length is kNoPairCode. Sums of four lengths stay below
-// 256, and one such mark among four makes the sum larger than what four real entries may have at most if they
-// are to be merged.
-inline constexpr u32 kLongestPairCode = 24;
-inline constexpr u32 kNoPairCode = 60;
-using PairCodeTable = std::array<u32, 65536>;
 
 // Decoding goes in steps. A step looks at the next 12 bits and takes all symbols that end within them. What it finds
 // depends on a state:
@@ -72,38 +49,14 @@ constexpr u32 BitsOfStep(u32 step) {
   return step & 63;
 }
 
-// Everything that a row coder needs of a code set.
+// What the decoder needs of a code set and a pattern.
 template <int Symbols>
 struct RowCodes {
   const CodeSet<Symbols>* codes;
   ClassPattern pattern;
-  const SymbolCodeTable<Symbols>* single;
-  const u32* pairs;   // a PairCodeTable; null but where 8-bit symbols of class A and B follow each other
   const u16* steps;   // kGroupEntries for each state: two states for each place of the pattern
   const u64* groups;  // the symbols that each of the steps takes
 };
-
-template <int Symbols>
-SymbolCodeTable<Symbols> MakeSymbolCodes(const CodeSet<Symbols>& codes) {
-  SymbolCodeTable<Symbols> table{};
-  for (std::size_t symbol = 0; symbol < Symbols; ++symbol) {
-    for (std::size_t half = 0; half < 2; ++half)
-      table[half][symbol] = RightAligned(codes.encode[symbol][half]);
-  }
-  return table;
-}
-
-inline void MakePairCodes(const SymbolCodeTable<256>& single, u32* table) {
-  for (u32 b = 0; b < 256; ++b) {
-    const u32 codeB = single[1][b];
-    for (u32 a = 0; a < 256; ++a) {
-      const u32 codeA = single[0][a];
-      const u32 length = (codeA & 255) + (codeB & 255);
-      table[b << 8 | a] =
-          length > kLongestPairCode ? kNoPairCode : (codeA >> 8 << (codeB & 255) | codeB >> 8) << 8 | length;
-    }
-  }
-}
 
 // The tables of one state in which a symbol begins.
 template <int Symbols>
@@ -149,36 +102,22 @@ void MakeLongGroups(const CodeSet<Symbols>& codes, ClassPattern pattern, u32 pla
   }
 }
 
-constexpr bool HasPairs(ClassPattern pattern) {
-  return pattern.length == 2 || pattern.classB == kPatternBAB.classB;
-}
-
 // The tables of a code set and pattern. Safe on several threads, like any static variable.
 template <int Symbols, const CodeSet<Symbols>& Set, ClassPattern Pattern>
 const RowCodes<Symbols>& RowCodesOfSet() {
-  constexpr bool kHasPairs = Symbols == 256 && HasPairs(Pattern);
   struct Tables {
-    SymbolCodeTable<Symbols> single;
-    std::array<u32, kHasPairs ? 65536 : 1> pairs;
     std::array<u16, std::size_t{Pattern.length} * 2 * kGroupEntries> steps;
     std::array<u64, std::size_t{Pattern.length} * 2 * kGroupEntries> groups;
   };
   static Tables tables;
   static const RowCodes<Symbols> codes = [] {
-    tables.single = MakeSymbolCodes(Set);
-    if constexpr (kHasPairs) MakePairCodes(tables.single, tables.pairs.data());
     for (u32 place = 0; place < Pattern.length; ++place) {
       const std::size_t begins = std::size_t{place} * kGroupEntries;
       const std::size_t goesOn = std::size_t{Pattern.length + place} * kGroupEntries;
       MakeGroups(Set, Pattern, place, &tables.steps[begins], &tables.groups[begins]);
       MakeLongGroups(Set, Pattern, place, &tables.steps[goesOn], &tables.groups[goesOn]);
     }
-    return RowCodes<Symbols>{&Set,
-                             Pattern,
-                             &tables.single,
-                             kHasPairs ? tables.pairs.data() : nullptr,
-                             tables.steps.data(),
-                             tables.groups.data()};
+    return RowCodes<Symbols>{&Set, Pattern, tables.steps.data(), tables.groups.data()};
   }();
   return codes;
 }

@@ -1,62 +1,12 @@
 // Runs of symbols whose classes follow a pattern, into a frame: the hot loops of the encoder. See
-// entropy/symbol_groups.h for the tables. Each loop has a careful twin that it goes over to near the end of the
+// entropy/symbol_codes.h for the tables. Each loop has a careful twin that it goes over to near the end of the
 // frame.
 #pragma once
 #include "base/instructions.h"
 #include "entropy/bit_writer.h"
-#include "entropy/symbol_groups.h"
+#include "entropy/symbol_codes.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
-
-// Codes one class A symbol (low byte) and one class B symbol (high byte), anywhere.
-template <typename Window>
-inline void PutSymbolPair(BitWriter<Window>& writer, const RowCodes<256>& codes, u16 symbols) {
-  PutCode(writer, codes.codes->encode[symbols & 255u][0]);
-  PutCode(writer, codes.codes->encode[symbols >> 8][1]);
-}
-
-// What `count` symbol pairs may take at most, in bytes.
-constexpr std::size_t WorstPairBytes(u32 count) {
-  return std::size_t{count} * (2 * kLongestCode / 8);
-}
-
-// Codes `count` pairs of symbols, each with the class A symbol in its low byte.
-template <typename Window>
-void PutSymbolPairs(BitWriter<Window>& writer, const RowCodes<256>& codes, const u16* symbols, u32 count) {
-  if (!HasRoom(writer, WorstPairBytes(count))) {
-    for (u32 i = 0; i < count; ++i) PutSymbolPair(writer, codes, symbols[i]);
-    return;
-  }
-  const u32* pairs = codes.pairs;
-  BitWriter<Window> local = writer;  // in registers: stores through u8* could otherwise alter it
-  const auto putOne = [&](u16 symbolPair) {
-    const u32 entry = pairs[symbolPair];
-    if ((entry & 255) == kNoPairCode) {
-      PutSymbolPair(local, codes, symbolPair);
-    } else {
-      PutBitsFast(local, static_cast<Window>(entry >> 8), entry & 255);
-    }
-  };
-  const u16* const end = symbols + count;
-  if constexpr (kWindowBits<Window> == 64) {
-    for (; end - symbols >= 4; symbols += 4) {
-      const u32 e0 = pairs[symbols[0]];
-      const u32 e1 = pairs[symbols[1]];
-      const u32 e2 = pairs[symbols[2]];
-      const u32 e3 = pairs[symbols[3]];
-      const u32 bits = (e0 + e1 + e2 + e3) & 255;
-      if (bits <= kMostBitsPerPut<Window>) [[likely]] {
-        const u64 high = u64{e0 >> 8} << (e1 & 63) | e1 >> 8;
-        const u64 low = u64{e2 >> 8} << (e3 & 63) | e3 >> 8;
-        PutBitsFast(local, high << ((e2 + e3) & 63) | low, bits);
-      } else {
-        for (u32 k = 0; k < 4; ++k) putOne(symbols[k]);
-      }
-    }
-  }
-  for (; symbols != end; ++symbols) putOne(*symbols);
-  writer = local;
-}
 
 // Writes `count` bytes, a multiple of 4, as they stand.
 template <typename Window>
@@ -78,56 +28,158 @@ void PutRawBytes(BitWriter<Window>& writer, const u8* bytes, std::size_t count) 
   writer = local;
 }
 
-// The codes of one repetition of a pattern, put together.
-struct StepCode {
-  u64 bits;
-  u32 length;  // up to 64: then the first bits may be missing
+// Cells from one plane of joint indexes to the next: those of a strip, and more up to a whole vector.
+inline constexpr std::size_t kIndexPitch = 112;
+
+// Symbols of a strip of steps, as the look-ups want them. A pair that goes on into the next step counts to the step
+// where it begins.
+template <u32 Length>
+struct StepCells {
+  const u16* pairs;                        // a plane of joint indexes for each pair until the pattern repeats
+  std::array<const u16*, Length> symbols;  // not needed of an alphabet of 256, where indexes tell them
 };
 
-// Codes `steps` repetitions of a pattern of `Length` symbols, each symbol from a plane of its own.
+struct SymbolPair {
+  u32 first;
+  u32 second;
+};
+
+template <int Symbols, u32 Length>
+inline SymbolPair SymbolsOfPair(const StepCells<Length>& cells, u32 pair, std::size_t step) {
+  if constexpr (Symbols == 256) {
+    const u32 index = cells.pairs[kIndexPitch * pair + step];
+    return {index & 255, index >> 8};
+  } else {
+    const u32 place = FirstOfPair(Length, pair);
+    return {cells.symbols[place][step], cells.symbols[(place + 1) % Length][step + (place + 1) / Length]};
+  }
+}
+
+// What `steps` may take at most, in bytes.
+constexpr std::size_t WorstStepBytes(u32 steps, u32 length) {
+  return std::size_t{steps} * length * kLongestCode / 8;
+}
+
+// The pairs of a round: of the fewest steps that are whole pairs and more than one.
+template <u32 Length>
+inline constexpr u32 kRoundSteps = Length == 4 ? 1 : 2;
+template <u32 Length>
+inline constexpr u32 kRoundPairs = kRoundSteps<Length>* Length / 2;
+
+struct PairPlace {
+  u32 pair;
+  std::size_t step;
+};
+
+// Pair `k` of the round that begins at `step`.
+template <u32 Length>
+constexpr PairPlace PlaceInRound(u32 k, std::size_t step) {
+  return {Length == 2 ? 0 : k, step + 2 * k / Length};
+}
+
+template <int Symbols, u32 Length>
+inline std::array<u32, 2> CodesOfPair(const SymbolCodes<Symbols>& codes, const StepCells<Length>& cells,
+                                      PairPlace place) {
+  const u32 first = FirstOfPair(Length, place.pair);
+  const SymbolPair symbols = SymbolsOfPair<Symbols>(cells, place.pair, place.step);
+  return {CodesAt(*codes.single, codes.pattern, first)[symbols.first],
+          CodesAt(*codes.single, codes.pattern, (first + 1) % Length)[symbols.second]};
+}
+
+static_assert(kNoJointCode > kMostBitsPerPut<u64>);
+
+// The codes of a round's pairs, put together.
+struct JoinedCodes {
+  u64 bits;
+  u32 length;  // more than a put may add where a pair has no entry, or the first bits are missing
+};
+
+template <int Symbols, u32 Length>
+inline u32 EntryOfPair(const u32* tables, const u16* indexes, PairPlace place) {
+  return tables[kJointEntries<Symbols> * std::size_t{place.pair} +
+                indexes[kIndexPitch * place.pair + place.step]];
+}
+
+template <int Symbols, u32 Length>
+inline JoinedCodes JoinRound(const u32* tables, const u16* indexes) {
+  JoinedCodes joined = {};
+  for (u32 k = 0; k < kRoundPairs<Length>; ++k) {
+    const u32 entry = EntryOfPair<Symbols, Length>(tables, indexes, PlaceInRound<Length>(k, 0));
+    joined.bits = k == 0 ? entry >> 8 : joined.bits << (entry & 63) | entry >> 8;
+    joined.length += entry;
+  }
+  joined.length &= 255;
+  return joined;
+}
+
+// Codes one round pair by pair; for places where a whole window fits. Never called: its caller keeps the writer in
+// registers.
+template <int Symbols, u32 Length, typename Window>
+[[gnu::always_inline]] inline void PutPairs(BitWriter<Window>& writer, const SymbolCodes<Symbols>& codes,
+                                            const StepCells<Length>& cells, std::size_t step) {
+  for (u32 k = 0; k < kRoundPairs<Length>; ++k) {
+    const PairPlace place = PlaceInRound<Length>(k, step);
+    const u32 entry = EntryOfPair<Symbols, Length>(codes.pairs, cells.pairs, place);
+    if ((entry & 255) != kNoJointCode) {
+      PutBitsFast(writer, static_cast<Window>(entry >> 8), entry & 255);
+    } else {
+      for (const u32 code : CodesOfPair(codes, cells, place))
+        PutBitsFast(writer, static_cast<Window>(code >> 8), code & 255);
+    }
+  }
+}
+
+// Codes steps one by one, anywhere.
+template <int Symbols, u32 Length, typename Window>
+void PutStepsCarefully(BitWriter<Window>& writer, const SymbolCodes<Symbols>& codes,
+                       const StepCells<Length>& cells, std::size_t first, std::size_t end) {
+  const auto put = [&](u32 code) { PutBits(writer, static_cast<Window>(code >> 8), code & 255); };
+  for (std::size_t step = first; step < end; ++step) {
+    for (u32 pair = 0; pair < (Length + 1) / 2; ++pair) {
+      const std::array<u32, 2> pairCodes = CodesOfPair(codes, cells, {pair, step});
+      put(pairCodes[0]);
+      if (2 * pair + 1 < Length) put(pairCodes[1]);
+    }
+  }
+}
+
+// Codes `steps` repetitions of a pattern of `Length` symbols.
 template <u32 Length, typename Window, int Symbols>
-void PutSteps(BitWriter<Window>& writer, const RowCodes<Symbols>& codes,
-              std::array<const u16*, Length> planes, u32 steps) {
-  std::array<const u32*, Length> tables;
-  for (u32 k = 0; k < Length; ++k)
-    tables[k] = (*codes.single)[static_cast<std::size_t>(Index(ClassAt(codes.pattern, k)))].data();
-  const auto putOneByOne = [&](BitWriter<Window>& to, u32 i) {
-    for (u32 k = 0; k < Length; ++k) {
-      const u32 code = tables[k][planes[k][i]];
-      PutBits(to, static_cast<Window>(code >> 8), code & 255);
-    }
-  };
-  if (!HasRoom(writer, std::size_t{steps} * Length * kLongestCode / 8)) {
-    for (u32 i = 0; i < steps; ++i) putOneByOne(writer, i);
-    return;
-  }
-  BitWriter<Window> local = writer;  // in registers: stores through u8* could otherwise alter it
-  u32 i = 0;
-  if constexpr (kWindowBits<Window> == 64) {
-    const auto gather = [&](u32 step) {
-      u32 code = tables[0][planes[0][step]];
-      StepCode gathered = {code >> 8, code & 255};
-      for (u32 k = 1; k < Length; ++k) {
-        code = tables[k][planes[k][step]];
-        gathered.bits = gathered.bits << (code & 63) | code >> 8;
-        gathered.length += code & 255;
-      }
-      return gathered;
-    };
-    // Two at a time: their codes are short as a rule.
-    for (; i + 2 <= steps; i += 2) {
-      const StepCode first = gather(i);
-      const StepCode second = gather(i + 1);
-      if (first.length + second.length <= kMostBitsPerPut<Window>) [[likely]] {
-        PutBitsFast(local, first.bits << second.length | second.bits, first.length + second.length);
-      } else {
-        putOneByOne(local, i);
-        putOneByOne(local, i + 1);
+void PutSteps(BitWriter<Window>& writer, const SymbolCodes<Symbols>& codes, const StepCells<Length>& cells,
+              u32 steps) {
+  std::size_t step = 0;
+  if (HasRoom(writer, WorstStepBytes(steps, Length))) {
+    // In registers: stores through u8* could otherwise alter them.
+    BitWriter<Window> local = writer;
+    const u32* const tables = codes.pairs;
+    const u16* const indexes = cells.pairs;
+    if constexpr (kWindowBits<Window> == 64) {
+      constexpr u32 kMost = kMostBitsPerPut<Window>;
+      for (; step + 2 * kRoundSteps<Length> <= steps; step += 2 * kRoundSteps<Length>) {
+        const std::size_t next = step + kRoundSteps<Length>;
+        const JoinedCodes first = JoinRound<Symbols, Length>(tables, indexes + step);
+        const JoinedCodes second = JoinRound<Symbols, Length>(tables, indexes + next);
+        if (first.length + second.length <= kMost) [[likely]] {
+          PutBitsFast(local, first.bits << second.length | second.bits, first.length + second.length);
+          continue;
+        }
+        if (first.length <= kMost) [[likely]] {
+          PutBitsFast(local, first.bits, first.length);
+        } else {
+          PutPairs(local, codes, cells, step);
+        }
+        if (second.length <= kMost) [[likely]] {
+          PutBitsFast(local, second.bits, second.length);
+        } else {
+          PutPairs(local, codes, cells, next);
+        }
       }
     }
+    for (; step + kRoundSteps<Length> <= steps; step += kRoundSteps<Length>)
+      PutPairs(local, codes, cells, step);
+    writer = local;
   }
-  for (; i < steps; ++i) putOneByOne(local, i);
-  writer = local;
+  PutStepsCarefully(writer, codes, cells, step, steps);
 }
 
 // Writes `steps` units of `Length` samples as plain fields of `SampleBits` bits.

@@ -44,7 +44,6 @@ TYPED_TEST(Writer, CodeEndingAtAWordBoundaryLeavesNothingAndTheNextOneDoesNotRea
   PutCode(writer, Entry(16, 0xABCD));
   EXPECT_EQ(WrittenBits(writer), 32u);
   EXPECT_EQ(writer.fill, 0u);
-  EXPECT_EQ(writer.pending, 0u);
   EXPECT_EQ(this->WordAt(0), 0x1234ABCDu);
   PutCode(writer, Entry(1, 0));
   CloseWriter(writer);
@@ -53,7 +52,7 @@ TYPED_TEST(Writer, CodeEndingAtAWordBoundaryLeavesNothingAndTheNextOneDoesNotRea
 
 TYPED_TEST(Writer, OpenedAtBit0ItDoesNotReadTheBuffer) {
   auto writer = this->Open({1, 0});
-  EXPECT_EQ(writer.pending, 0u);
+  EXPECT_EQ(writer.fill, 0u);
   PutBits(writer, TypeParam{1}, 1);
   CloseWriter(writer);
   EXPECT_EQ(this->WordAt(0), 0xDDDDDDDDu);
@@ -85,7 +84,6 @@ TYPED_TEST(Writer, WordAtBit0LeavesNothing) {
   auto writer = this->Open({0, 0});
   PutWord(writer, 0xCAFEBABE);
   EXPECT_EQ(writer.fill, 0u);
-  EXPECT_EQ(writer.pending, 0u);
   EXPECT_EQ(this->WordAt(0), 0xCAFEBABEu);
 }
 

@@ -139,40 +139,59 @@ TEST(CodeTables, APrefixOf256LongCodesReachesEveryOffset) {
 
 // ---- The faster tables, symbol by symbol through the words above
 
-TEST(SymbolGroups, CodesOfTwoSymbolsAreTheirWordsInOrder) {
-  for (const RowCodes<256>* rows :
-       {&RowCodesOfLayout<YCbCr8bw422, Scan::p>(), &RowCodesOfLayout<YCbCr8bw422, Scan::i>(),
-        &RowCodesOfLayout<YCbCr8bv422, Scan::i>(), &RowCodesOfLayout<YCbCrA8bv4224, Scan::p>()}) {
-    for (u32 index = 0; index < 65536; ++index) {
-      const std::string both =
-          Word(*rows->codes, CodeClass::a, index & 255) + Word(*rows->codes, CodeClass::b, index >> 8);
-      const u32 entry = rows->pairs[index];
-      if (both.size() > 24) {
-        ASSERT_EQ(entry, kNoPairCode);
-        continue;
-      }
-      ASSERT_EQ(entry & 255, both.size());
-      ASSERT_EQ(entry >> 8, std::stoul(both, nullptr, 2));
-    }
-  }
-}
-
+// The words of every two symbols that may follow each other, and those of one. An alphabet of 1,024 has entries only
+// for pairs of residuals from -127 to 126.
 template <int Symbols>
-void CompareSymbolCodes(const RowCodes<Symbols>& rows) {
-  for (const CodeClass codeClass : {CodeClass::a, CodeClass::b}) {
-    for (u32 symbol = 0; symbol < Symbols; ++symbol) {
-      const std::string word = Word(*rows.codes, codeClass, symbol);
-      ASSERT_EQ((*rows.single)[static_cast<std::size_t>(Index(codeClass))][symbol],
-                std::stoul(word, nullptr, 2) << 8 | word.size());
+void CompareCodes(const CodeSet<Symbols>& set, const SymbolCodes<Symbols>& codes,
+                  const std::vector<const char*>& pairs) {
+  std::array<std::vector<std::string>, 2> words;
+  for (u32 symbol = 0; symbol < Symbols; ++symbol) {
+    words[0].push_back(Word(set, CodeClass::a, symbol));
+    words[1].push_back(Word(set, CodeClass::b, symbol));
+  }
+  for (std::size_t half = 0; half < 2; ++half) {
+    for (std::size_t symbol = 0; symbol < Symbols; ++symbol) {
+      const std::string& word = words[half][symbol];
+      ASSERT_EQ((*codes.single)[half][symbol], std::stoul(word, nullptr, 2) << 8 | word.size());
+    }
+  }
+  const auto isFar = [](u32 symbol) { return Symbols == 1024 && symbol >= 127 && symbol < 1024 - 127; };
+  const std::size_t entries = Symbols == 256 ? 65536 : 255 * 255;
+  for (std::size_t pair = 0; pair < pairs.size(); ++pair) {
+    for (u32 first = 0; first < Symbols; ++first) {
+      for (u32 second = 0; second < Symbols; ++second) {
+        const std::string both =
+            words[pairs[pair][0] == 'A' ? 0 : 1][first] + words[pairs[pair][1] == 'A' ? 0 : 1][second];
+        // Whatever stands above the bits of the alphabet.
+        const u16 a = static_cast<u16>(first + Symbols * (second % 5));
+        const u16 b = static_cast<u16>(second - Symbols * (first % 3));
+        const u32 index = JointIndex<Symbols>(JointPlace<Symbols>(a), JointPlace<Symbols>(b));
+        ASSERT_LT(index, entries);
+        const u32 entry = codes.pairs[entries * pair + index];
+        if (isFar(first) || isFar(second) || both.size() > 24) {
+          ASSERT_EQ(entry & 255, 60u) << first << ' ' << second;
+          continue;
+        }
+        ASSERT_EQ(entry & 255, both.size()) << first << ' ' << second;
+        ASSERT_EQ(entry >> 8, std::stoul(both, nullptr, 2)) << first << ' ' << second;
+      }
     }
   }
 }
 
-TEST(SymbolCodes, HoldTheCodeWordOfEverySymbol) {
-  CompareSymbolCodes(RowCodesOfLayout<YCbCr8bw422, Scan::p>());
-  CompareSymbolCodes(RowCodesOfLayout<RGBA8bf, Scan::i>());
-  CompareSymbolCodes(RowCodesOfLayout<YCbCr10bv422, Scan::p>());
-  CompareSymbolCodes(RowCodesOfLayout<RGB10bf, Scan::p>());
+TEST(SymbolCodes, EntriesOfTwoSymbolsAreTheirWordsInOrder) {
+  CompareCodes(kWide8Progressive, SymbolCodesOfLayout<YCbCr8bw422, Scan::p>(), {"AB"});
+  CompareCodes(kVideo8Interlaced422, SymbolCodesOfLayout<YCbCr8bv422, Scan::i>(), {"AB"});
+  CompareCodes(kVideo8Progressive422, SymbolCodesOfLayout<YCbCrA8bv4224, Scan::p>(), {"BA", "BB", "AB"});
+  CompareCodes(kProgressive8b444, SymbolCodesOfLayout<YCbCr8bu444, Scan::p>(), {"BA", "AB", "AA"});
+  CompareCodes(kRgb8Interlaced, SymbolCodesOfLayout<RGBA8bf, Scan::i>(), {"AB", "AA"});
+}
+
+TEST(SymbolCodes, EntriesOf10BitsAreForResidualsNearZero) {
+  CompareCodes(kVideo10Progressive422, SymbolCodesOfLayout<YCbCr10bv422, Scan::p>(), {"AB"});
+  CompareCodes(kVideo10Interlaced422, SymbolCodesOfLayout<YCbCrA10bv4224, Scan::i>(), {"BA", "BB", "AB"});
+  CompareCodes(kRgb10Progressive, SymbolCodesOfLayout<RGB10bf, Scan::p>(), {"BA", "AB", "AA"});
+  CompareCodes(kVideo10Progressive444, SymbolCodesOfLayout<YCbCrA10bv4444, Scan::p>(), {"AB", "AA"});
 }
 
 }  // namespace

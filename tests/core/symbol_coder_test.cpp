@@ -19,6 +19,10 @@ const RowCodes<256>& WideRows() {
   return RowCodesOfLayout<YCbCr8bw422, Scan::p>();
 }
 
+const SymbolCodes<256>& WideCodes() {
+  return SymbolCodesOfLayout<YCbCr8bw422, Scan::p>();
+}
+
 // Symbols such as a row has: short codes mostly, and some of every length.
 std::vector<u8> MakeSymbols(std::size_t count, u32 seed) {
   std::mt19937 random(seed);
@@ -62,7 +66,7 @@ TYPED_TEST(SymbolCoder, EncodesAsCodeByCode) {
     for (const std::size_t size : {words.size() + 1000, words.size()}) {
       Guarded frame(size, 0);
       auto writer = OpenWriter<TypeParam>(frame.data(), Fold({0, start}), size);
-      PutSymbolPairs(writer, WideRows(), joined.data(), static_cast<u32>(pairs));
+      PutSteps<2>(writer, WideCodes(), {joined.data(), {}}, static_cast<u32>(pairs));
       ASSERT_EQ(CloseWriter(writer), expected.size());
       ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << seed;
       ASSERT_TRUE(frame.MarksIntact());
@@ -147,33 +151,77 @@ void AppendWord(const RowCodes<Symbols>& codes, u32 place, u32 symbol, reference
   for (u32 i = 0; i < entry >> 24; ++i) bits.push_back((entry >> (15 - i) & 1) != 0);
 }
 
+// Where a residual stands in the joint tables.
+template <int Symbols>
+int PlainPlace(int symbol) {
+  if (Symbols == 256) return symbol;
+  const int residual = symbol < Symbols / 2 ? symbol : symbol - Symbols;
+  return residual >= -127 && residual <= 126 ? residual + 127 : 254;
+}
+
+// Steps with their joint indexes, made one by one.
+template <int Symbols, u32 Length>
+struct PlainSteps {
+  std::array<std::array<u16, kIndexPitch>, Length> planes;
+  std::array<std::array<u16, kIndexPitch>, PairsUntilRepeat(Length)> indexes;
+
+  void MakeIndexes() {
+    constexpr int kPlaces = Symbols == 256 ? 256 : 255;
+    for (u32 pair = 0; pair < indexes.size(); ++pair) {
+      for (u32 step = 0; step + 1 < kIndexPitch; ++step) {
+        // The first symbols of the pairs are 0; 0, 2, 1; or 0, 2 of their step.
+        const u32 first = Length == 3 && pair == 2 ? 1 : 2 * pair;
+        const bool goesOn = first + 1 == Length;
+        const int a = planes[first][step];
+        const int b = goesOn ? planes[0][step + 1] : planes[first + 1][step];
+        indexes[pair][step] = static_cast<u16>(PlainPlace<Symbols>(a) + kPlaces * PlainPlace<Symbols>(b));
+      }
+    }
+  }
+};
+
+template <int Symbols, u32 Length>
+StepCells<Length> CellsOf(const PlainSteps<Symbols, Length>& steps) {
+  StepCells<Length> cells = {steps.indexes[0].data(), {}};
+  for (u32 k = 0; k < Length; ++k) cells.symbols[k] = steps.planes[k].data();
+  return cells;
+}
+
+// What a run of the test consists of: symbols near zero, with more or fewer of the rarest ones, whose codes do not
+// fit one put.
+template <int Symbols>
+u16 RandomSymbol(std::mt19937& random, u32 seed, u32 step) {
+  if ((seed % 3 == 0 && step % 7 < 3) || random() % 23 == 0)
+    return static_cast<u16>(Symbols / 2 + random() % 3);
+  const u32 spread = 1u << seed % 8;  // up to where the joint tables of 1,024 symbols end, and beyond
+  const u32 edge = seed % 5 == 0 ? 120 : 0;
+  return static_cast<u16>((edge + random() % spread - spread / 2) & (Symbols - 1));
+}
+
 // Steps of Length symbols go in and come out again, in a frame with room and in one that just holds them.
 template <typename Window, u32 Length, int Symbols>
-void GoThroughSteps(const RowCodes<Symbols>& codes) {
+void GoThroughSteps(const RowCodes<Symbols>& codes, const SymbolCodes<Symbols>& symbolCodes) {
   ASSERT_EQ(codes.pattern.length, Length);
   std::mt19937 random(Symbols + Length);
-  for (u32 seed = 0; seed < 200; ++seed) {
+  for (u32 seed = 0; seed < 400; ++seed) {
     const u32 steps = 1 + seed % 96;
-    std::array<std::array<u16, 96>, Length> planes{};
+    PlainSteps<Symbols, Length> planes = {};
     reference::Bits expected(seed % 41, false);
     std::vector<SampleOf<Symbols>> symbols;
     for (u32 i = 0; i < steps; ++i) {
       for (u32 k = 0; k < Length; ++k) {
-        // Now and then a run of the rarest symbols, whose codes do not fit one put.
-        const bool isRare = (seed % 3 == 0 && i % 7 < 3) || random() % 23 == 0;
-        const u32 symbol = static_cast<u32>(isRare ? Symbols / 2 + random() % 3 : random() % 5);
-        planes[k][i] = static_cast<u16>(symbol);
+        const u16 symbol = RandomSymbol<Symbols>(random, seed, i);
+        planes.planes[k][i] = symbol;
         symbols.push_back(static_cast<SampleOf<Symbols>>(symbol));
         AppendWord(codes, k, symbol, expected);
       }
     }
-    std::array<const u16*, Length> cells;
-    for (u32 k = 0; k < Length; ++k) cells[k] = planes[k].data();
+    planes.MakeIndexes();
     const std::vector<u8> words = BitsToWords(expected);
     for (const std::size_t size : {words.size() + 2000, words.size()}) {
       Guarded frame(size, 0);
       auto writer = OpenWriter<Window>(frame.data(), Fold({0, seed % 41}), size);
-      PutSteps<Length>(writer, codes, cells, steps);
+      PutSteps<Length>(writer, symbolCodes, CellsOf(planes), steps);
       ASSERT_EQ(CloseWriter(writer), expected.size());
       ASSERT_EQ(std::vector<u8>(frame.data(), frame.data() + words.size()), words) << seed;
       ASSERT_TRUE(frame.MarksIntact());
@@ -190,14 +238,20 @@ void GoThroughSteps(const RowCodes<Symbols>& codes) {
 }
 
 TYPED_TEST(SymbolCoder, StepsOfEveryPatternGoBothWays) {
-  GoThroughSteps<TypeParam, 2>(RowCodesOfLayout<YCbCr8bv422, Scan::p>());
-  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCrA8bv4224, Scan::i>());
-  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCr8bu444, Scan::p>());
-  GoThroughSteps<TypeParam, 4>(RowCodesOfLayout<RGBA8bf, Scan::i>());
-  GoThroughSteps<TypeParam, 2>(RowCodesOfLayout<YCbCr10bv422, Scan::p>());
-  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCrA10bv4224, Scan::i>());
-  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<RGB10bf, Scan::p>());
-  GoThroughSteps<TypeParam, 4>(RowCodesOfLayout<YCbCrA10bv4444, Scan::i>());
+  GoThroughSteps<TypeParam, 2>(RowCodesOfLayout<YCbCr8bv422, Scan::p>(),
+                               SymbolCodesOfLayout<YCbCr8bv422, Scan::p>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCrA8bv4224, Scan::i>(),
+                               SymbolCodesOfLayout<YCbCrA8bv4224, Scan::i>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCr8bu444, Scan::p>(),
+                               SymbolCodesOfLayout<YCbCr8bu444, Scan::p>());
+  GoThroughSteps<TypeParam, 4>(RowCodesOfLayout<RGBA8bf, Scan::i>(), SymbolCodesOfLayout<RGBA8bf, Scan::i>());
+  GoThroughSteps<TypeParam, 2>(RowCodesOfLayout<YCbCr10bv422, Scan::p>(),
+                               SymbolCodesOfLayout<YCbCr10bv422, Scan::p>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<YCbCrA10bv4224, Scan::i>(),
+                               SymbolCodesOfLayout<YCbCrA10bv4224, Scan::i>());
+  GoThroughSteps<TypeParam, 3>(RowCodesOfLayout<RGB10bf, Scan::p>(), SymbolCodesOfLayout<RGB10bf, Scan::p>());
+  GoThroughSteps<TypeParam, 4>(RowCodesOfLayout<YCbCrA10bv4444, Scan::i>(),
+                               SymbolCodesOfLayout<YCbCrA10bv4444, Scan::i>());
 }
 
 template <typename Window, u32 Length, u32 SampleBits>
