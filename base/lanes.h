@@ -21,6 +21,10 @@ inline constexpr u32 kPartLanes = 8;
 using Lanes = i16 __attribute__((vector_size(2 * kLanes)));
 using PartLanes = i16 __attribute__((vector_size(2 * kPartLanes)));
 
+// For sums that may wrap, which lanes with a sign may not.
+using WrappingLanes = u16 __attribute__((vector_size(2 * kLanes)));
+using WrappingPartLanes = u16 __attribute__((vector_size(2 * kPartLanes)));
+
 // Where lane `to` of an interleaving of two vectors comes from, in units of Size lanes: the low or the high halves of
 // each part.
 constexpr int InterleavedFrom(bool high, int size, int to) {

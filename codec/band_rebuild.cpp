@@ -11,7 +11,8 @@ struct LaneChain {
   Lanes topLeftOfStrip;
 };
 
-// Rebuilds the next sample of each row. In the prologue lane `first` comes to the first sample of its strip.
+// Rebuilds the next sample of each row. In the prologue lane `first` comes to the first sample of its strip. Lanes that are
+// not in their strip yet, or no more, hold anything, and sums of it may wrap.
 template <Rule UsedRule, i16 Mask, bool AnyRaw, bool Prologue>
 inline Lanes StepLanes(LaneChain& chain, Lanes residual, int above, const BandRun& run, i16 first) {
   Lanes left = chain.left;
@@ -22,14 +23,19 @@ inline Lanes StepLanes(LaneChain& chain, Lanes residual, int above, const BandRu
     left = Select(isFirst, run.startsRows ? top : chain.leftOfStrip, left);
     topLeft = Select(isFirst, run.startsRows ? top : chain.topLeftOfStrip, topLeft);
   }
+  const auto r = (WrappingLanes)residual;
+  const auto l = (WrappingLanes)left;
+  const auto t = (WrappingLanes)top;
+  const auto tl = (WrappingLanes)topLeft;
   Lanes sample;
   if constexpr (UsedRule == Rule::planarBlend) {
     // (3L + 3T - 2TL) >> 2 and the residual in one sum, in which as little as can be waits for L and T.
-    const Lanes known = (residual + residual - topLeft) * 2;
-    sample = ((known + top) + (top + top) + (left + left + left)) >> 2;
+    const WrappingLanes known = (r + r - tl) * 2;
+    sample = (Lanes)((known + t) + (t + t) + (l + l + l)) >> 2;
   } else {
     static_assert(UsedRule == Rule::halfGradient);
-    sample = (residual + top) + ((left - topLeft) >> 1);
+    const Lanes gradient = (Lanes)(l - tl) >> 1;
+    sample = (Lanes)((r + t) + (WrappingLanes)gradient);
   }
   sample &= Mask;
   if constexpr (AnyRaw) sample = Select(run.predicted, sample, residual);

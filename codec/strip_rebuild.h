@@ -52,18 +52,18 @@ void PlaceResiduals(const SampleOf<kSymbolsOf<Layout>>* symbols, u32 steps, Samp
 }
 
 template <int Distance, int... To>
-inline PartLanes MoveUpBy(PartLanes value, std::integer_sequence<int, To...> /*lanes*/) {
-  const PartLanes zero = {};
+inline WrappingPartLanes MoveUpBy(WrappingPartLanes value, std::integer_sequence<int, To...> /*lanes*/) {
+  const WrappingPartLanes zero = {};
   return __builtin_shufflevector(zero, value, (To < Distance ? To : 8 + To - Distance)...);
 }
 
 // left-only rule: running sums behind cell -1. A whole vector may be changed behind `count` cells.
-template <i16 Mask>
+template <u16 Mask>
 [[gnu::noinline]] void SumFromLeft(i16* cells, u32 count) {
   constexpr auto kEach = std::make_integer_sequence<int, static_cast<int>(kPartLanes)>();
-  PartLanes before = PartLanes{} + cells[-1];
+  WrappingPartLanes before = WrappingPartLanes{} + static_cast<u16>(cells[-1]);
   for (u32 i = 0; i < count; i += kPartLanes) {
-    PartLanes sum = LoadNative<PartLanes>(cells + i);
+    WrappingPartLanes sum = LoadNative<WrappingPartLanes>(cells + i);
     sum += MoveUpBy<1>(sum, kEach);
     sum += MoveUpBy<2>(sum, kEach);
     sum += MoveUpBy<4>(sum, kEach);
