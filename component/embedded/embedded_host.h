@@ -55,6 +55,9 @@ HostCounts StopEmbeddedHost();
 
 HostCounts CountsInUse();
 
+/// Bytes of all handles and blocks in use.
+u64 BytesInUse();
+
 /// Lets the `number`-th allocation from now on fail, once; 1 is the next one. Handles that are made, copied or
 /// resized count, and blocks. 0 takes it back.
 void FailAllocation(i32 number);

@@ -9,7 +9,6 @@
 #include <memory>
 #include <mutex>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "component/embedded/operations.h"
 #include "component/embedded/platform_results.h"
@@ -26,18 +25,26 @@ struct HandleBlock {
 struct Memory {
   std::mutex mutex;
   std::unordered_map<Handle, std::unique_ptr<HandleBlock>> handles;
-  std::unordered_set<void*> blocks;
-  i32 allocationsUntilFailure = 0;  // 0: none is to fail
+  std::unordered_map<void*, std::size_t> blocks;  // with their sizes
+  i32 allocationsUntilFailure = 0;                // 0: none is to fail
   i32 misuses = 0;
 };
 
 Memory memory;
 thread_local OSErr memoryError = noErr;
 
+// The mutex is held. Whether this allocation is the one to fail.
+bool IsToFail() {
+  return memory.allocationsUntilFailure > 0 && --memory.allocationsUntilFailure == 0;
+}
+
+void* Zeroed(std::size_t size) {
+  return std::calloc(std::max<std::size_t>(size, 1), 1);
+}
+
 // The mutex is held. Null when this allocation is the one to fail.
 void* AllocateZeroed(std::size_t size) {
-  if (memory.allocationsUntilFailure > 0 && --memory.allocationsUntilFailure == 0) return nullptr;
-  return std::calloc(std::max<std::size_t>(size, 1), 1);
+  return IsToFail() ? nullptr : Zeroed(size);
 }
 
 // The mutex is held. Null for what is no live handle.
@@ -132,19 +139,27 @@ OSErr HandAndHand(Handle source, Handle destination) {
   return noErr;
 }
 
+// Blocks are as large as frames: zeroing one, and giving it back to the system, holds no other thread up.
 void* Allocate(std::size_t size) {
+  {
+    const std::scoped_lock lock(memory.mutex);
+    if (IsToFail()) return nullptr;
+  }
+  void* const block = Zeroed(size);
+  if (block == nullptr) return nullptr;
   const std::scoped_lock lock(memory.mutex);
-  void* block = AllocateZeroed(size);
-  if (block != nullptr) memory.blocks.insert(block);
+  memory.blocks.emplace(block, size);
   return block;
 }
 
 void Free(void* block) {
   if (block == nullptr) return;
-  const std::scoped_lock lock(memory.mutex);
-  if (memory.blocks.erase(block) == 0) {
-    ++memory.misuses;
-    return;
+  {
+    const std::scoped_lock lock(memory.mutex);
+    if (memory.blocks.erase(block) == 0) {
+      ++memory.misuses;
+      return;
+    }
   }
   std::free(block);
 }
@@ -202,10 +217,18 @@ void CountMemory(HostCounts& counts) {
   counts.misuses = memory.misuses;
 }
 
+u64 BytesInUse() {
+  const std::scoped_lock lock(memory.mutex);
+  u64 bytes = 0;
+  for (const auto& [handle, block] : memory.handles) bytes += static_cast<u64>(block->size);
+  for (const auto& [block, size] : memory.blocks) bytes += size;
+  return bytes;
+}
+
 void FreeAllMemory() {
   const std::scoped_lock lock(memory.mutex);
   for (const auto& [handle, block] : memory.handles) std::free(block->master);
-  for (void* block : memory.blocks) std::free(block);
+  for (const auto& [block, size] : memory.blocks) std::free(block);
   memory.handles.clear();
   memory.blocks.clear();
   memory.allocationsUntilFailure = 0;
