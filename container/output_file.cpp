@@ -21,6 +21,7 @@ namespace {
 constexpr int kNameAttempts = 100;
 constexpr std::size_t kLongestVisibleName = 200;  // of 255 bytes that file systems allow
 constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
+constexpr u64 kWritebackBytes = u64{8} << 20;
 
 Problem SystemProblem(const std::string& what, const std::string& name, int error) {
   const char* advice = error == ENOSPC || error == EDQUOT ? "make room on the disk, or write elsewhere" : "";
@@ -95,6 +96,17 @@ void RenameWithoutReplacing(const OutputFile& file) {
   throw SystemProblem("the finished file cannot be given its name", file.name, errno);
 }
 
+// Most bytes come one behind the other; those few that don't are left to the sync. What goes wrong on the way to the
+// disk is told by the sync too.
+void StartWriteback(OutputFile& file) {
+#ifdef SYNC_FILE_RANGE_WRITE
+  if (file.temporaryPath.empty() || file.written - file.started < kWritebackBytes) return;
+  sync_file_range(file.descriptor, static_cast<off_t>(file.started),
+                  static_cast<off_t>(file.written - file.started), SYNC_FILE_RANGE_WRITE);
+  file.started = file.written;
+#endif
+}
+
 void SyncFolder(const std::string& folder) {
   // Some file systems cannot sync a folder; the file itself is on disk then.
   const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -124,7 +136,7 @@ void BorrowOutputFile(OutputFile& file, int descriptor, const std::string& name)
   file.descriptor = descriptor;
 }
 
-void WriteAt(const OutputFile& file, u64 offset, const u8* bytes, u64 count) {
+void WriteAt(OutputFile& file, u64 offset, const u8* bytes, u64 count) {
   while (count > 0) {
     const std::size_t step = static_cast<std::size_t>(std::min<u64>(count, kLargestTransfer));
     const ssize_t written = pwrite(file.descriptor, bytes, step, static_cast<off_t>(offset));
@@ -136,6 +148,8 @@ void WriteAt(const OutputFile& file, u64 offset, const u8* bytes, u64 count) {
     offset += static_cast<u64>(written);
     count -= static_cast<u64>(written);
   }
+  file.written = std::max(file.written, offset);
+  StartWriteback(file);
 }
 
 void PublishOutputFile(OutputFile& file) {

@@ -13,6 +13,8 @@ struct OutputFile {
   std::string temporaryPath;  // empty when the descriptor is the caller's, and once the file has its name
   std::string targetPath;     // where it goes: the target with symbolic links followed
   bool overwrite = false;
+  u64 written = 0;  // end of all that was written,
+  u64 started = 0;  // and of what is on its way to the disk
 
   OutputFile() = default;
   OutputFile(const OutputFile&) = delete;
@@ -27,8 +29,9 @@ void CreateOutputFile(OutputFile& file, const std::string& target, bool overwrit
 /// Writes to a descriptor of the caller's, which stays open.
 void BorrowOutputFile(OutputFile& file, int descriptor, const std::string& name);
 
-/// Writes all bytes at an offset. Throws Problem with the system's reason.
-void WriteAt(const OutputFile& file, u64 offset, const u8* bytes, u64 count);
+/// Writes all bytes at an offset. From time to time it starts their way to the disk, so that little is left for the
+/// sync at the end. Throws Problem with the system's reason.
+void WriteAt(OutputFile& file, u64 offset, const u8* bytes, u64 count);
 
 /// Syncs the file, gives it the target's name in one step, and syncs the folder. Without `overwrite` an
 /// existing target is never replaced. Nothing to do for a borrowed descriptor.

@@ -36,6 +36,12 @@ std::size_t TakeBuffered(ByteInput& input, u8* bytes, std::size_t size) {
   return count;
 }
 
+// Room for exactly so many bytes: a vector that grows by itself takes up to twice as much.
+void ResizeExactly(std::vector<u8>& bytes, std::size_t size) {
+  if (bytes.capacity() < size) bytes.reserve(size);
+  bytes.resize(size);
+}
+
 bool Refill(ByteInput& input) {
   input.buffer.resize(kBufferBytes);
   input.begin = 0;
@@ -99,9 +105,11 @@ std::optional<Line> ReadLine(ByteInput& input, std::size_t longest) {
 }
 
 void ReadBytes(ByteInput& input, std::size_t size, std::vector<u8>& bytes) {
+  const bool isThere = input.size > input.position && input.size - input.position >= size;
   std::size_t filled = 0;
   while (filled < size) {
-    if (bytes.size() < size) bytes.resize(std::min(size, std::max(kFirstGrowth, filled * 2)));
+    if (bytes.size() < size)
+      ResizeExactly(bytes, isThere ? size : std::min(size, std::max(kFirstGrowth, filled * 2)));
     const std::size_t room = std::min(size, bytes.size()) - filled;
     std::size_t count = TakeBuffered(input, bytes.data() + filled, room);
     if (count == 0) {

@@ -17,7 +17,7 @@ struct ByteInput {
   std::vector<u8> buffer;  // bytes read ahead: begin..end of it are still to be handed out
   std::size_t begin = 0;
   std::size_t end = 0;
-  u64 size = 0;      // of the whole input where that is known, else 0: for estimates only
+  u64 size = 0;      // of the whole input where that is known, else 0: it may have changed since
   u64 position = 0;  // of the next byte to be handed out, from the start of the input
 };
 
@@ -35,8 +35,8 @@ struct Line {
 };
 std::optional<Line> ReadLine(ByteInput& input, std::size_t longest);
 
-// Makes `bytes` the next `size` bytes of the input, fewer only at its end. The vector grows as bytes arrive,
-// so a false claim of size costs no memory.
+// Makes `bytes` the next `size` bytes of the input, fewer only at its end. The vector grows as bytes arrive
+// unless a file of that size is there, so a false claim of size costs no memory; it takes no more than it holds.
 void ReadBytes(ByteInput& input, std::size_t size, std::vector<u8>& bytes);
 
 }  // namespace vorel::picture_io

@@ -20,7 +20,7 @@
 namespace vorel::container {
 namespace {
 
-void Write(const OutputFile& file, const Blob& bytes) {
+void Write(OutputFile& file, const Blob& bytes) {
   WriteAt(file, 0, reinterpret_cast<const u8*>(bytes.data()), bytes.size());
 }
 
