@@ -18,4 +18,11 @@ FrameEnd ClipDecompressors::Decompress(u64 frame, const std::vector<u8>& bytes,
   return DecompressFrame(own.decompressor, bytes, decoded, picture, place);
 }
 
+u64 ClipDecompressors::BytesTaken() const {
+  u64 bytes = ComponentBytes();
+  for (const OfThread& own : threads)
+    bytes += own.decompressor.frameRecord.capacity() + own.decompressor.scratch.capacity();
+  return bytes;
+}
+
 }  // namespace vorel::tool

@@ -21,6 +21,9 @@ struct ClipDecompressors {
   // On any thread: see DecompressFrame.
   FrameEnd Decompress(u64 frame, const std::vector<u8>& bytes, picture_io::Picture& picture);
 
+  // Memory that is kept from frame to frame, on all threads together.
+  u64 BytesTaken() const;
+
   const MovieClip& clip;
   const DecodedClip& decoded;
   tbb::enumerable_thread_specific<OfThread> threads;

@@ -186,6 +186,7 @@ struct CommandLine {
   InfoOptions info;
   FormatsOptions formats;
   bool quiet = false;
+  bool verbose = false;
 };
 
 CLI::App* AddEncode(CLI::App& app, CommandLine& line) {
@@ -323,13 +324,18 @@ int RunCommandLine(int count, char** arguments) {
   for (CLI::App* const command : app.get_subcommands({})) {
     command->add_flag("-q,--quiet", line.quiet, "Say nothing but what is wrong");
   }
+  for (const char* const name : {"encode", "decode", "verify", "transcode"}) {
+    CLI::App* const command = app.get_subcommand(name);
+    command->add_flag("-v,--verbose", line.verbose, "Say what the run took, and what held it up")
+        ->excludes(command->get_option("--quiet"));
+  }
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kExitGood : kExitBadUsage;
   }
   CatchInterruptions();
-  Console console = OpenConsole(line.quiet);
+  Console console = OpenConsole(line.quiet, line.verbose);
   try {
     if (encode->parsed()) return ExitStatus(RunEncode(line.encode, console));
     if (decode->parsed()) return ExitStatus(RunDecode(line.decode, console));

@@ -61,16 +61,8 @@ void SetUpCompressor(FrameCompressor& compressor, const Compression& compression
            description.height);
   parameters.imageDescription = compressor.description.get();
   parameters.capabilities = &compressor.capabilities;
-  component::PixMap* map = &parameters.srcPixMap;
-  i32 most = 0;
-  component::ComponentResult result =
-      embedded::CallSelector(compressor.instance.get(), component::kImageCodecGetMaxCompressionSizeSelect,
-                             &map, &map->bounds, i16{0}, u32{0}, &most);
-  if (result == component::noErr) {
-    compressor.roomBytes = static_cast<u32>(most);
-    result = embedded::CallSelector(compressor.instance.get(), component::kImageCodecPreCompressSelect,
-                                    &parameters);
-  }
+  const component::ComponentResult result =
+      embedded::CallSelector(compressor.instance.get(), component::kImageCodecPreCompressSelect, &parameters);
   if (result != component::noErr)
     throw Problem{"the compressor does not take the pictures: " + ResultText(result), place, ""};
 }
@@ -118,7 +110,8 @@ void CompressFrame(FrameCompressor& compressor, const FrameCoding& coding, pictu
   component::CodecCompressParams& parameters = compressor.parameters;
   const bool isReversed = picture.pixelFormat == kRgba;
   if (isReversed) ReversePixels(picture);
-  buffer.words.resize((compressor.roomBytes + 3) / 4);
+  // Room for frames of this format: what a compressor asks for suffices for any, and may be thrice as much.
+  buffer.words.resize(FrameBufferBytes(coding.tag, picture.width, picture.height) / 4);
   parameters.data = reinterpret_cast<component::Ptr>(buffer.words.data());
   parameters.bufferSize = static_cast<i32>(buffer.words.size() * 4);
   parameters.srcPixMap.baseAddr = picture.bytes.data();

@@ -26,7 +26,6 @@ struct FrameCompressor {
   component::CodecCompressParams parameters = {};
   component::CodecCapabilities capabilities = {};
   component::embedded::PixelMapExtension rows = {};
-  u32 roomBytes = 0;  // of a frame at its largest
   bool hasBegun = false;
 };
 

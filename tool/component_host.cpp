@@ -130,6 +130,10 @@ container::SampleDescription DescriptionOfHost(component::ImageDescriptionHandle
   return made;
 }
 
+u64 ComponentBytes() {
+  return embedded::BytesInUse();
+}
+
 std::string ResultText(component::ComponentResult result) {
   std::string text = "error " + std::to_string(result);
   for (const ResultRow& row : kResults) {

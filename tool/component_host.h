@@ -39,6 +39,9 @@ OwnedInstance OpenInstance(u32 type, u32 subtype, u32 manufacturer, const std::s
 OwnedDescription DescriptionForHost(const container::SampleDescription& description);
 container::SampleDescription DescriptionOfHost(component::ImageDescriptionHandle description);
 
+// Bytes that the host and all open components keep.
+u64 ComponentBytes();
+
 // What a component's result means: "error -8972 (the frame and the pixel format do not go together)".
 std::string ResultText(component::ComponentResult result);
 

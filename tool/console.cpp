@@ -59,9 +59,10 @@ std::string LineText(const Progress& progress) {
 
 }  // namespace
 
-Console OpenConsole(bool quiet) {
+Console OpenConsole(bool quiet, bool verbose) {
   Console console;
   console.quiet = quiet;
+  console.verbose = verbose;
   console.showsProgress = !quiet && ::isatty(STDERR_FILENO) == 1;
   return console;
 }

@@ -10,12 +10,13 @@ namespace vorel::tool {
 
 struct Console {
   bool quiet = false;          // problems only
+  bool verbose = false;        // what a run took, too
   bool showsProgress = false;  // stderr is a terminal
   bool hasLine = false;        // a progress line stands there, to be wiped before anything else
 };
 
 // A console on stderr.
-Console OpenConsole(bool quiet);
+Console OpenConsole(bool quiet, bool verbose);
 
 // "vorel: where: what", and the advice below it.
 void Report(Console& console, const Problem& problem);

@@ -11,6 +11,7 @@
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
 #include "tool/result_names.h"
+#include "tool/run_report.h"
 #include "tool/sequence_target.h"
 #include "tool/targets.h"
 
@@ -27,6 +28,10 @@ struct DecodeJob {
   picture_io::Picture picture;
   picture_io::StoredPicture stored;
 };
+
+u64 BytesTaken(const DecodeJob& job) {
+  return job.bytes.capacity() + job.picture.bytes.capacity() + job.stored.capacity();
+}
 
 // The option goes before the output's name, and that before what a pixel format lets expect.
 PictureFile FileFor(const DecodeOptions& options) {
@@ -138,18 +143,28 @@ void NoteSuspects(const MovieClip& clip, u64 suspects, Console& console) {
   Note(console, clip.name + ": " + std::to_string(suspects) + which + "; vorel verify tells more");
 }
 
-// Decodes all frames into the sink; returns how many are suspect.
-u64 DecodeFrames(const MovieClip& clip, const DecodedClip& decoded, const picture_io::PictureSink& sink,
-                 bool leavesOutAlpha, u32 threads, Progress& progress) {
+struct DecodeRun {
+  PipelineRun pipeline;
+  u64 coderBytes;  // that decompressors kept
+  u64 suspects;
+};
+
+// Decodes all frames into the sink.
+DecodeRun DecodeFrames(const MovieClip& clip, const DecodedClip& decoded, const picture_io::PictureSink& sink,
+                       bool leavesOutAlpha, u32 threads, Progress& progress) {
   const u64 pictureBytes = RawPictureBytes(decoded.format);
+  const u64 largestFrame = LargestFrame(clip);
   ClipDecompressors decompressors(clip, decoded);
   u64 next = 0;
   u64 suspects = 0;
-  RunPipeline<DecodeJob>(
-      ShapePipeline(threads, 2 * pictureBytes + LargestFrame(clip)),
+  const PipelineRun run = RunPipeline<DecodeJob>(
+      ShapePipeline(threads, 2 * pictureBytes + largestFrame),
       [&](DecodeJob& job) {
         if (next == clip.video.samples.size()) return false;
         job.frame = next++;
+        job.bytes.reserve(largestFrame);
+        // A sink that takes the picture over as its bytes gives the memory back.
+        if (job.picture.bytes.capacity() == 0) job.picture.bytes.swap(job.stored);
         container::ReadSample(clip.movie, clip.video.samples[job.frame], job.bytes);
         return true;
       },
@@ -164,7 +179,7 @@ u64 DecodeFrames(const MovieClip& clip, const DecodedClip& decoded, const pictur
         suspects += job.isSuspect ? 1 : 0;
         Advance(progress, pictureBytes, job.bytes.size());
       });
-  return suspects;
+  return {run, decompressors.BytesTaken(), suspects};
 }
 
 bool DecodeClip(const std::string& input, const std::string& path, const DecodeOptions& options,
@@ -180,18 +195,19 @@ bool DecodeClip(const std::string& input, const std::string& path, const DecodeO
   NoteUnkept(clip, format, console);
 
   Progress progress = StartProgress(console, clip.name, frames);
-  u64 suspects = 0;
+  DecodeRun run = {};
   try {
-    suspects = DecodeFrames(clip, decoded, output.sink, pixelFormat != decoded.format.pixelFormat,
-                            options.threads, progress);
+    run = DecodeFrames(clip, decoded, output.sink, pixelFormat != decoded.format.pixelFormat, options.threads,
+                       progress);
   } catch (...) {
     if (output.sequence && progress.frames > 0)
       Note(console, clip.name + ": written are " + WrittenText(*output.sequence, progress.frames));
     throw;
   }
-  FinishPictureTarget(output.file);
-  NoteSuspects(clip, suspects, console);
+  FinishRun(run.pipeline, [&] { FinishPictureTarget(output.file); });
+  NoteSuspects(clip, run.suspects, console);
   FinishProgress(progress, Direction::decode);
+  ReportRun(run.pipeline, progress, run.coderBytes);
   return true;
 }
 

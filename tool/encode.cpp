@@ -9,6 +9,7 @@
 #include "tool/frame_coder.h"
 #include "tool/pipeline.h"
 #include "tool/result_names.h"
+#include "tool/run_report.h"
 #include "tool/settings_record.h"
 #include "tool/targets.h"
 #include "vorel/pixel_formats.h"
@@ -27,6 +28,10 @@ struct EncodeJob {
   FrameBuffer buffer;
   container::SampleDescription description;  // of the first frame
 };
+
+u64 BytesTaken(const EncodeJob& job) {
+  return job.stored.capacity() + job.picture.bytes.capacity() + job.buffer.words.capacity() * sizeof(u32);
+}
 
 container::MovieSettings SettingsFor(const PictureSource& source, bool force) {
   if (!IsKnown(source.format.rate)) {
@@ -104,10 +109,12 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
   MovieFrames frames{*target.writer, {}};
   ClipCompressors compressors = {source.name, coding, CompressionOfClip(format, coding, choice)};
   u64 fetched = 0;
-  RunPipeline<EncodeJob>(
+  PipelineRun run = RunPipeline<EncodeJob>(
       ShapePipeline(options.threads, jobBytes),
       [&](EncodeJob& job) {
         job.frame = fetched++;
+        // A source that hands its bytes over as the picture gets their memory back.
+        if (job.stored.capacity() == 0) job.stored.swap(job.picture.bytes);
         return source.fetch(job.stored);
       },
       [&](EncodeJob& job) {
@@ -120,8 +127,9 @@ bool EncodeClip(const std::string& input, const std::string& output, const Encod
       });
   if (progress.frames == 0)
     throw Problem{"no pictures follow the header", source.name, "there is nothing to encode"};
-  FinishMovieTarget(target);
+  FinishRun(run, [&] { FinishMovieTarget(target); });
   FinishProgress(progress, Direction::encode);
+  ReportRun(run, progress, ComponentBytes());
   return true;
 }
 

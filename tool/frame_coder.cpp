@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "base/bytes.h"
+#include "component/frame_record.h"
 #include "frame/frame_header.h"
 #include "frame/frame_tags.h"
 
@@ -110,8 +111,7 @@ Problem UnknownFrame(const std::vector<u8>& frame, u32 pixelFormat, const std::s
 }  // namespace
 
 u64 FrameBufferBytes(u32 tag, u32 width, u32 height) {
-  constexpr u64 kSlack = 40;
-  return (u64{VorelMaxFrameBytes(tag, width, height)} + kSlack + 3) / 4 * 4;
+  return (component::ReadableFrameBytes(VorelMaxFrameBytes(tag, width, height), width) + 3) / 4 * 4;
 }
 
 void EncodeFrame(const picture_io::Picture& picture, const FrameCoding& coding, FrameBuffer& buffer,

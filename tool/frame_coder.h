@@ -18,7 +18,8 @@ struct FrameBuffer {
   std::size_t bytes = 0;  // size of the frame as it is recorded
 };
 
-// Bytes that a buffer takes for a frame with this tag of a picture of this size.
+// Bytes that a buffer takes for a frame with this tag of a picture of this size, to be encoded into and, for a check,
+// decoded from.
 u64 FrameBufferBytes(u32 tag, u32 width, u32 height);
 
 // Encodes a picture. `place` names the frame in the Problem that is thrown when that fails.

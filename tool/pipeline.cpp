@@ -24,7 +24,7 @@ u64 MachineMemory() {
 PipelineShape ShapePipeline(u32 threads, u64 bytesPerJob) {
   if (threads == 0) threads = static_cast<u32>(std::max(1, tbb::info::default_concurrency()));
   const u64 affordable = MachineMemory() / 4 / std::max<u64>(bytesPerJob, 1);
-  return {threads, static_cast<u32>(std::clamp<u64>(affordable, 1, u64{2} * threads))};
+  return {threads, static_cast<u32>(std::clamp<u64>(affordable, 1, u64{2} * threads)), bytesPerJob};
 }
 
 }  // namespace vorel::tool

@@ -9,6 +9,7 @@
 #include "tool/component_host.h"
 #include "tool/pipeline.h"
 #include "tool/result_names.h"
+#include "tool/run_report.h"
 #include "tool/targets.h"
 
 namespace vorel::tool {
@@ -24,6 +25,10 @@ struct TranscodeJob {
   std::vector<u8> bytes;                     // of the frame
   container::SampleDescription description;  // of the frames; from the first one under a source description
 };
+
+u64 BytesTaken(const TranscodeJob& job) {
+  return job.sample.capacity() + job.bytes.capacity();
+}
 
 // What transcoders are told process-wide before a sequence begins.
 void PublishChoices(bool selfCheck) {
@@ -143,12 +148,15 @@ bool TranscodeClip(const std::string& input, const std::string& output, const Tr
   Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
   TranscodedMovie movie = {*target.writer, std::vector<std::optional<u32>>(clip.video.descriptions.size())};
   tbb::enumerable_thread_specific<FrameTranscoder> transcoders;
+  const u64 largestSample = LargestFrame(clip);
   u64 next = 0;
-  RunPipeline<TranscodeJob>(
-      ShapePipeline(options.threads, 2 * LargestFrame(clip)),
+  PipelineRun run = RunPipeline<TranscodeJob>(
+      ShapePipeline(options.threads, 2 * largestSample),
       [&](TranscodeJob& job) {
         if (next == clip.video.samples.size()) return false;
         job.frame = next++;
+        job.sample.reserve(largestSample);
+        job.bytes.reserve(largestSample);
         container::ReadSample(clip.movie, clip.video.samples[job.frame], job.sample);
         return true;
       },
@@ -157,8 +165,9 @@ bool TranscodeClip(const std::string& input, const std::string& output, const Tr
         AppendFrame(movie, clip.video.samples[job.frame], job);
         Advance(progress, job.sample.size(), job.bytes.size());
       });
-  FinishMovieTarget(target);
+  FinishRun(run, [&] { FinishMovieTarget(target); });
   FinishProgress(progress, Direction::encode);
+  ReportRun(run, progress, ComponentBytes());
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include "tool/frame_coder.h"
 #include "tool/picture_compare.h"
 #include "tool/pipeline.h"
+#include "tool/run_report.h"
 
 namespace vorel::tool {
 
@@ -26,6 +27,11 @@ struct VerifyJob {
   std::optional<Problem> damage;
   std::optional<Difference> difference;
 };
+
+u64 BytesTaken(const VerifyJob& job) {
+  return job.bytes.capacity() + job.decoded.bytes.capacity() + job.stored.capacity() +
+         job.source.bytes.capacity();
+}
 
 struct Findings {
   u64 damaged = 0;
@@ -123,15 +129,18 @@ bool VerifyClip(const std::string& input, const VerifyOptions& options, Console&
   const u64 pictureBytes = RawPictureBytes(decoded.format);
   Progress progress = StartProgress(console, clip.name, clip.video.samples.size());
   Findings findings;
+  const u64 largestFrame = LargestFrame(clip);
   ClipDecompressors decompressors(clip, decoded);
   u64 next = 0;
   u64 sourceFrames = 0;
-  RunPipeline<VerifyJob>(
-      ShapePipeline(options.threads, 3 * pictureBytes + LargestFrame(clip)),
+  const PipelineRun run = RunPipeline<VerifyJob>(
+      ShapePipeline(options.threads, 3 * pictureBytes + largestFrame),
       [&](VerifyJob& job) {
         if (next == clip.video.samples.size()) return false;
         job.frame = next++;
+        job.bytes.reserve(largestFrame);
         container::ReadSample(clip.movie, clip.video.samples[job.frame], job.bytes);
+        if (job.stored.capacity() == 0) job.stored.swap(job.source.bytes);
         job.hasSource = source && sourceFrames == job.frame && source->fetch(job.stored);
         sourceFrames += job.hasSource ? 1 : 0;
         return true;
@@ -149,7 +158,9 @@ bool VerifyClip(const std::string& input, const VerifyOptions& options, Console&
         Advance(progress, pictureBytes, job.bytes.size());
       });
   if (source && sourceFrames == clip.video.samples.size()) sourceFrames += CountRest(*source);
-  return Conclude(clip, source ? &*source : nullptr, sourceFrames, findings, progress, console);
+  const bool isGood = Conclude(clip, source ? &*source : nullptr, sourceFrames, findings, progress, console);
+  ReportRun(run, progress, decompressors.BytesTaken());
+  return isGood;
 }
 
 }  // namespace

@@ -17,6 +17,10 @@ struct Job {
   int number = -1;
 };
 
+u64 BytesTaken(const Job&) {
+  return 1000;
+}
+
 // Uneven work, so that jobs overtake each other wherever they can.
 void Linger(int number) {
   std::this_thread::sleep_for(std::chrono::microseconds(number % 7 * 150));
@@ -119,6 +123,26 @@ TEST(Pipeline, OneThreadAndOneJobSuffice) {
       {1, 1}, [&](Job&) { return begun++ < 10; }, [&](Job&) { EXPECT_EQ(std::this_thread::get_id(), here); },
       [&](Job&) { ++ended; });
   EXPECT_EQ(ended, 10);
+}
+
+TEST(Pipeline, RunTellsWhatItTook) {
+  int begun = 0;
+  const PipelineRun run = RunPipeline<Job>(
+      {2, 3}, [&](Job&) { return begun++ < 10; },
+      [](Job&) { std::this_thread::sleep_for(std::chrono::milliseconds(4)); },
+      [](Job&) { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+  EXPECT_EQ(run.shape.jobs, 3u);
+  EXPECT_EQ(run.jobBytes, 3000u);
+  EXPECT_GE(run.codeSeconds, 0.040);
+  EXPECT_GE(run.writeSeconds, 0.010);
+  EXPECT_LE(run.readSeconds + run.codeSeconds + run.writeSeconds, 2 * run.seconds);
+}
+
+TEST(Pipeline, LastStepCountsAsWriting) {
+  PipelineRun run = {};
+  FinishRun(run, [] { std::this_thread::sleep_for(std::chrono::milliseconds(3)); });
+  EXPECT_GE(run.writeSeconds, 0.003);
+  EXPECT_GE(run.seconds, run.writeSeconds);
 }
 
 TEST(PipelineShape, TwoJobsForAThreadUnlessTheyAreHuge) {
