@@ -1,14 +1,15 @@
 // Time as benchmarks take it.
 #pragma once
-#include <ctime>
 
 namespace vorel::bench {
 
 // Processor time of this thread in seconds: neighbours on the machine do not count.
-inline double Now() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
+double Now();
+
+// Time on the wall in seconds: on Windows that of a thread goes in steps as long as a frame takes.
+double WallTime();
+
+// Of a chain of dependent additions: the fastest of some runs just now, since clocks change.
+double SecondsPerCycle(double (*now)() = Now);
 
 }  // namespace vorel::bench

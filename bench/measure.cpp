@@ -26,23 +26,6 @@ std::vector<Item> ItemsOf(const std::vector<Job>& jobs) {
   return items;
 }
 
-// The fastest of some runs just now: clocks change.
-double SecondsPerCycle() {
-  double least = 1;
-  for (int run = 0; run < 20; ++run) {
-    constexpr int kSteps = 2000000;
-    const double start = Now();
-    u64 value = 0;
-    for (int i = 0; i < kSteps / 8; ++i) {
-      asm volatile(
-          "add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0\n add $1,%0"
-          : "+r"(value));
-    }
-    least = std::min(least, (Now() - start) / kSteps);
-  }
-  return least;
-}
-
 void Report(benchmark::State& state, const std::vector<Item>& items, const std::vector<double>& fastest,
             double cycle, std::size_t codedBytes) {
   double seconds = 0;

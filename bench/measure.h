@@ -33,8 +33,6 @@ inline const std::vector<u8>& PictureOf(const Item& item) {
   return item.job->pictures[item.number];
 }
 
-double SecondsPerCycle();
-
 // Reports the sum of the fastest time of each picture, and how many times smaller the coded ones are where
 // `codedBytes` is not 0.
 void Report(benchmark::State& state, const std::vector<Item>& items, const std::vector<double>& fastest,

@@ -1,11 +1,14 @@
-// Speed of common lossless picture formats on the same 8-bit R'G'B' pictures, for comparison.
+// Speed of common lossless coders on the samples that our frames hold, for comparison.
 #pragma once
 #include "bench/measure.h"
 
 namespace vorel::bench {
 
-// Registers encode/PEER/PIXEL/name and decode/PEER/PIXEL/name for pixels RGB and RGBA. Peers are "png1",
-// libpng at compression level 1, and "qoi" where its header was found.
-void RegisterPeers(const std::string& name, const std::vector<const Sequence*>& sequences);
+// Registers encode/PEER/PIXEL/group and decode/PEER/PIXEL/group for every class of samples and every peer that
+// was built in and can hold them.
+void RegisterPeers(const std::string& group, const std::vector<const Sequence*>& sequences);
+
+// Names and versions of the libraries, as a list in words.
+std::string PeerVersions();
 
 }  // namespace vorel::bench

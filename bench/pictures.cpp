@@ -1,13 +1,8 @@
 #include "bench/pictures.h"
 
-#include <png.h>
-
-#include <algorithm>
 #include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <sstream>
 #include <stdexcept>
 
@@ -15,30 +10,6 @@
 
 namespace vorel::bench {
 namespace {
-
-// 16-bit words A, R, G, B, as 'b64a' has them; 8-bit samples stand in both bytes of a word.
-std::vector<u8> ReadPng(const std::string& path, u32& width, u32& height) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (file == nullptr) throw std::runtime_error(path + ": cannot be opened");
-  const auto fail = [](png_structp, const char* message) { throw std::runtime_error(message); };
-  png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, nullptr);
-  png_infop info = png_create_info_struct(png);
-  png_init_io(png, file.get());
-  png_read_info(png, info);
-  width = png_get_image_width(png, info);
-  height = png_get_image_height(png, info);
-  png_set_expand_16(png);
-  png_set_gray_to_rgb(png);
-  png_set_add_alpha(png, 0xFFFF, PNG_FILLER_BEFORE);
-  png_set_swap_alpha(png);
-  png_read_update_info(png, info);
-  std::vector<u8> picture(std::size_t{width} * height * 8);
-  std::vector<png_bytep> rows(height);
-  for (std::size_t y = 0; y < height; ++y) rows[y] = &picture[y * width * 8];
-  png_read_image(png, rows.data());
-  png_destroy_read_struct(&png, &info, nullptr);
-  return picture;
-}
 
 template <typename Function, std::size_t Count>
 const Conversion<Function>& Find(const std::array<Conversion<Function>, Count>& table,
@@ -79,34 +50,11 @@ std::vector<u8> Convert(const std::vector<u8>& picture, u32 width, u32 height,
 
 }  // namespace
 
-std::vector<Sequence> LoadFolder(const std::string& folder) {
-  std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (entry.path().extension() == ".png") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  std::vector<Sequence> sequences;
-  for (const std::filesystem::path& file : files) {
-    u32 width = 0;
-    u32 height = 0;
-    std::vector<u8> picture = ReadPng(file.string(), width, height);
-    const std::string name = file.parent_path().filename().string();
-    if (sequences.empty() || sequences.back().name != name) sequences.push_back({name, width, height, {}});
-    Sequence& sequence = sequences.back();
-    if (width != sequence.width || height != sequence.height) {
-      throw std::runtime_error(file.string() + ": another size than the pictures before it");
-    }
-    sequence.pictures.push_back(std::move(picture));
-  }
-  if (sequences.empty()) throw std::runtime_error(folder + ": no PNG files");
-  return sequences;
-}
-
 Sequence LoadSampleClip(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::string header;
   if (!std::getline(file, header)) throw std::runtime_error(path + ": cannot be read");
-  Sequence sequence = {std::filesystem::path(path).stem().string(), 0, 0, {}};
+  Sequence sequence = {std::filesystem::path(path).stem().string(), 0, 0, false, {}};
   std::istringstream words(header);
   for (std::string word; words >> word;) {
     if (word[0] == 'W') sequence.width = static_cast<u32>(std::stoul(word.substr(1)));

@@ -12,13 +12,12 @@ struct Sequence {
   std::string name;
   u32 width;
   u32 height;
+  bool isDeep;                            // samples have more than 8 bits
   std::vector<std::vector<u8>> pictures;  // 'b64a', rows without gaps
 };
 
-// Every folder of `folder` that holds PNG files is a sequence. Throws std::runtime_error.
-std::vector<Sequence> LoadFolder(const std::string& folder);
-
-// The clip of the samples: a YUV4MPEG2 file of 4:2:2 pictures with 8 bits.
+// The clip of the samples: a YUV4MPEG2 file of 4:2:2 pictures with 8 bits. Throws
+// std::runtime_error.
 Sequence LoadSampleClip(const std::string& path);
 
 // The pictures in another pixel format, by its name in the routines ("2vuy", "_RGB", "ARGB"): through 8 bits where
