@@ -7,9 +7,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <regex>
+#include <cstdio>
 #include <vector>
 
+#include "frame/instruction_set.h"
 #include "tests/tool/movies.h"
 #include "tests/tool/run_vorel.h"
 
@@ -36,43 +37,50 @@ struct Figures {
   std::string bound;
 };
 
-// A size as SizeText has it.
-constexpr const char* kSize = "([0-9.]+) ([KMG]i)?B";
+// A number and its unit, as SizeText has them.
+struct Size {
+  double number;
+  char unit[8];
+};
 
-double MiBOf(const std::string& number, const std::string& unit) {
-  const double scale = unit == "Gi" ? 1024 : unit == "Mi" ? 1 : unit == "Ki" ? 1.0 / 1024 : 1.0 / (1 << 20);
-  return std::stod(number) * scale;
+double MiBOf(const Size& size) {
+  const double scale = size.unit[0] == 'G'   ? 1024
+                       : size.unit[0] == 'M' ? 1
+                       : size.unit[0] == 'K' ? 1.0 / 1024
+                                             : 1.0 / (1 << 20);
+  return size.number * scale;
 }
 
+// Takes the report behind the clip's name apart.
 Figures FiguresOf(const std::string& report) {
-  const std::string size = kSize;
-  const std::string busy = "([0-9.]+) s \\(([0-9]+) %\\)";
-  const std::regex form(
-      ": ([0-9]+) threads?, ([0-9]+) jobs? in flight, instructions (?:baseline|avx2)\n  memory: jobs " +
-      size + " of " + size + " allowed for, coders " + size +
-      "\n  ([0-9]+) frames? in ([0-9.]+) s: ([0-9.]+) frames/s, ([0-9.]+) MB/s of raw picture"
-      "\n  busy: reading " +
-      busy + ", coding " + busy + ", writing " + busy + "\n  bound by: (reading|coding|writing)\n");
-  std::smatch part;
-  EXPECT_TRUE(std::regex_search(report, part, form)) << report;
-  if (part.empty()) return {};
-  const auto number = [&](std::size_t at) { return std::stod(part[at]); };
-  const auto count = [&](std::size_t at) { return static_cast<unsigned>(std::stoul(part[at])); };
-  return {count(1),
-          count(2),
-          MiBOf(part[3], part[4]),
-          MiBOf(part[5], part[6]),
-          count(9),
-          number(10),
-          number(11),
-          number(12),
-          number(13),
-          number(15),
-          number(17),
-          count(14),
-          count(16),
-          count(18),
-          part[19]};
+  const std::size_t begin = report.rfind(": ", report.find(" in flight"));
+  Figures figures = {};
+  Size jobs = {}, allowed = {}, coders = {};
+  char instructions[16] = "";
+  char bound[16] = "";
+  if (begin == std::string::npos) {
+    ADD_FAILURE() << report;
+    return {};
+  }
+  const int taken = std::sscanf(
+      report.c_str() + begin,
+      ": %u %*[threads], %u %*[jobs] in flight, instructions %15[a-z0-9]\n"
+      "  memory: jobs %lf %7[KMGiB] of %lf %7[KMGiB] allowed for, coders %lf %7[KMGiB]\n"
+      "  %u %*[frames] in %lf s: %lf frames/s, %lf MB/s of raw picture\n"
+      "  busy: reading %lf s (%u %%), coding %lf s (%u %%), writing %lf s (%u %%)\n"
+      "  bound by: %15[a-z]\n",
+      &figures.threads, &figures.jobs, instructions, &jobs.number, jobs.unit, &allowed.number, allowed.unit,
+      &coders.number, coders.unit, &figures.frames, &figures.seconds, &figures.framesPerSecond,
+      &figures.megabytesPerSecond, &figures.reading, &figures.readingPart, &figures.coding,
+      &figures.codingPart, &figures.writing, &figures.writingPart, bound);
+  EXPECT_EQ(taken, 20) << report;
+  figures.jobMiB = MiBOf(jobs);
+  figures.allowedMiB = MiBOf(allowed);
+  figures.bound = bound;
+  EXPECT_TRUE(figures.bound == "reading" || figures.bound == "coding" || figures.bound == "writing")
+      << report;
+  EXPECT_STREQ(instructions, kInstructionSetNames[static_cast<std::size_t>(InstructionSetInUse())]);
+  return figures;
 }
 
 // Figures that follow from others, as far as their digits go.
