@@ -38,19 +38,29 @@ inline void Keep(CodedPart& part, const u8* bytes, std::size_t count) {
   part.bytes = count;
 }
 
-// Calls image(part, width, components, samples) for a picture whose components lie interleaved, or for each of its
-// planes, which are images of one component then.
-template <typename Parts, typename SamplesOf, typename Image>
-void ForEachImage(Arrangement arrangement, Parts& parts, SamplesOf& picture, Image image) {
+// For coders of images: one for a picture whose components lie interleaved, or one of one component for each plane.
+// EncodeImage(shape, width, components, samples, part); DecodeImage takes the part as it stands.
+template <auto ArrangementOf, auto CodeImage, typename SamplesOf, typename Parts>
+void ForEachImage(SamplesOf& picture, Parts& parts) {
   const SampleShape& shape = picture.shape;
-  if (arrangement == Arrangement::interleaved) {
-    image(parts[0], shape.width, shape.components, picture.bytes.data());
+  if (ArrangementOf(shape) == Arrangement::interleaved) {
+    CodeImage(shape, shape.width, shape.components, picture.bytes.data(), parts[0]);
     return;
   }
   for (u32 i = 0; i < shape.components; ++i) {
     const SamplePlace place = PlaceOf(shape, i);
-    image(parts[i], place.width, 1u, &picture.bytes[place.first * BytesOfSample(shape)]);
+    CodeImage(shape, place.width, 1, &picture.bytes[place.first * BytesOfSample(shape)], parts[i]);
   }
+}
+template <auto ArrangementOf, auto EncodeImage>
+void EncodeImages(const Samples& picture, CodedParts& parts, Results) {
+  const bool isOne = ArrangementOf(picture.shape) == Arrangement::interleaved;
+  parts.resize(isOne ? 1 : picture.shape.components);
+  ForEachImage<ArrangementOf, EncodeImage>(picture, parts);
+}
+template <auto ArrangementOf, auto DecodeImage>
+void DecodeImages(const CodedParts& parts, Samples& picture, Results) {
+  ForEachImage<ArrangementOf, DecodeImage>(picture, parts);
 }
 
 extern const Peer kPng;

@@ -36,34 +36,16 @@ void EncodeScan(const SampleShape& shape, u32 width, u32 components, const u8* s
   part.bytes = encoder.encode(samples, std::size_t{width} * shape.height * components * BytesOfSample(shape));
 }
 
-void DecodeScan(const CodedPart& part, u8* samples, std::size_t bytes) {
+void DecodeScan(const SampleShape& shape, u32 width, u32 components, u8* samples, const CodedPart& part) {
   charls::jpegls_decoder decoder;
   decoder.source(part.room.data(), part.bytes);
   decoder.read_header();
-  decoder.decode(samples, bytes);
-}
-
-void Encode(const Samples& picture, CodedParts& parts, Results) {
-  const SampleShape& shape = picture.shape;
-  const Arrangement arrangement = ArrangementOf(shape);
-  parts.resize(arrangement == Arrangement::interleaved ? 1 : shape.components);
-  ForEachImage(arrangement, parts, picture,
-               [&](CodedPart& part, u32 width, u32 components, const u8* samples) {
-                 EncodeScan(shape, width, components, samples, part);
-               });
-}
-
-void Decode(const CodedParts& parts, Samples& picture, Results) {
-  const SampleShape& shape = picture.shape;
-  ForEachImage(ArrangementOf(shape), parts, picture,
-               [&](const CodedPart& part, u32 width, u32 components, u8* samples) {
-                 DecodeScan(part, samples,
-                            std::size_t{width} * shape.height * components * BytesOfSample(shape));
-               });
+  decoder.decode(samples, std::size_t{width} * shape.height * components * BytesOfSample(shape));
 }
 
 }  // namespace
 
-const Peer kJpegLs = {"jpeg-ls", Version, ArrangementOf, Encode, Decode};
+const Peer kJpegLs = {"jpeg-ls", Version, ArrangementOf, EncodeImages<ArrangementOf, EncodeScan>,
+                      DecodeImages<ArrangementOf, DecodeScan>};
 
 }  // namespace vorel::bench

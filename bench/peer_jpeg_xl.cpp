@@ -68,7 +68,7 @@ void EncodeImage(const SampleShape& shape, u32 width, u32 components, const u8* 
   part.bytes = part.room.size() - left;
 }
 
-void DecodeImage(const SampleShape& shape, u32 width, u32 components, const CodedPart& part, u8* samples) {
+void DecodeImage(const SampleShape& shape, u32 width, u32 components, u8* samples, const CodedPart& part) {
   const std::unique_ptr<JxlDecoder, Closed> decoder(JxlDecoderCreate(nullptr));
   const JxlPixelFormat format = FormatOf(shape, components);
   const std::size_t bytes = std::size_t{width} * shape.height * components * BytesOfSample(shape);
@@ -81,26 +81,9 @@ void DecodeImage(const SampleShape& shape, u32 width, u32 components, const Code
   Check(JxlDecoderProcessInput(decoder.get()) == JXL_DEC_FULL_IMAGE, "jpeg xl: cannot decode");
 }
 
-void Encode(const Samples& picture, CodedParts& parts, Results) {
-  const SampleShape& shape = picture.shape;
-  const Arrangement arrangement = ArrangementOf(shape);
-  parts.resize(arrangement == Arrangement::interleaved ? 1 : shape.components);
-  ForEachImage(arrangement, parts, picture,
-               [&](CodedPart& part, u32 width, u32 components, const u8* samples) {
-                 EncodeImage(shape, width, components, samples, part);
-               });
-}
-
-void Decode(const CodedParts& parts, Samples& picture, Results) {
-  const SampleShape& shape = picture.shape;
-  ForEachImage(ArrangementOf(shape), parts, picture,
-               [&](const CodedPart& part, u32 width, u32 components, u8* samples) {
-                 DecodeImage(shape, width, components, part, samples);
-               });
-}
-
 }  // namespace
 
-const Peer kJpegXl = {"jpeg-xl", Version, ArrangementOf, Encode, Decode};
+const Peer kJpegXl = {"jpeg-xl", Version, ArrangementOf, EncodeImages<ArrangementOf, EncodeImage>,
+                      DecodeImages<ArrangementOf, DecodeImage>};
 
 }  // namespace vorel::bench
