@@ -34,6 +34,7 @@ struct PlaneSource {
   u32 steps;     // of a row
   u32 rowsLeft;  // of which the current one is the first
   const RowCodes<kSymbolsOf<Layout>>* codes;
+  RunGuess guess;
 };
 
 // Takes `count` steps of the current row, symbols or samples, of which `behind` follow in the row. Zeros are put behind
@@ -49,8 +50,9 @@ void GetSteps(PlaneSource<Layout>& source, bool raw, SampleOf<kSymbolsOf<Layout>
   }
   // A row takes a bit and at least a bit a symbol.
   const u64 bitsBehind = (source.rowsLeft - u64{1}) * (1 + u64{source.steps} * kLength) + behind * kLength;
+  const u64 withinLimit = BitsToLimit(source.reader, source.limit, count * kLength);
   GetSymbols<NativeWindow, kSymbolsOf<Layout>>(source.reader, *source.codes, out, count * kLength,
-                                               bitsBehind);
+                                               std::min(bitsBehind, withinLimit), source.guess);
 }
 
 // The strips of a row on their way to the picture. Where a frame of pairs goes to pixels that each have chroma, a
@@ -324,6 +326,7 @@ template <const FrameLayout& Layout, Scan FrameScan, bool KeepAlpha>
       .steps = kInPairs<Layout> ? (call.width + 1) / 2 * 2 : call.width,
       .rowsLeft = call.height,
       .codes = &RowCodesOfLayout<Layout, FrameScan>(),
+      .guess = {},
   };
   u8* const rowBuffer = FrameScan == Scan::p ? reinterpret_cast<u8*>(scratch) : nullptr;
   const Status status = DecodePlaneRows<Layout, FrameScan, KeepAlpha>(source, target, rowBuffer);

@@ -133,6 +133,7 @@ struct RowSource {
   u64 limit;
   u32 pairs;
   u32 rowsLeft;  // of which the current one is the first
+  RunGuess guess;
 };
 
 // A row takes a bit and at least a bit a symbol, so in a whole frame this many follow the current row.
@@ -154,8 +155,10 @@ inline void GetPairs(RowSource& source, const RowCodes<256>& codes, bool raw, u8
   if (raw) {
     GetRawBytes(source.reader, out, pairs * 4);
   } else {
+    const u64 withinLimit = BitsToLimit(source.reader, source.limit, pairs * 4);
     GetSymbols<NativeWindow, 256>(source.reader, codes, out, pairs * 4,
-                                  BitsBehindRow(source) + pairsBehind * 4);
+                                  std::min(BitsBehindRow(source) + pairsBehind * 4, withinLimit),
+                                  source.guess);
   }
 }
 
@@ -292,6 +295,7 @@ Status DecodePairs(const FrameCall& call) {
       .limit = FrameLimit<Layout>(call, cursor),
       .pairs = UnitsPerRow(Layout, call.width),
       .rowsLeft = call.height,
+      .guess = {},
   };
   const RowCodes<256>& codes = RowCodesOfLayout<Layout, FrameScan>();
   const Status status = DecodeRows<Layout, FrameScan, Pixel>(source, codes, reinterpret_cast<u8*>(scratch));

@@ -70,4 +70,10 @@ inline bool IsPastLimit(const BitReader& reader, u64 limit) {
   return (reader.position >> 5) * 4 + 4 > limit;
 }
 
+// How many bits at most may follow the next `count` within the limit.
+inline u64 BitsToLimit(const BitReader& reader, u64 limit, u64 count) {
+  const u64 end = reader.position + count;
+  return limit > end >> 3 ? limit * 8 - end : 0;
+}
+
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

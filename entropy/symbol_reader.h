@@ -5,8 +5,7 @@
 #include <algorithm>
 
 #include "base/instructions.h"
-#include "entropy/bit_reader.h"
-#include "entropy/symbol_groups.h"
+#include "entropy/two_cursors.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
@@ -26,43 +25,10 @@ template <int Symbols>
   reader.position += ofClass[1] * DecodeSymbol(*codes.codes, CodeClass::b, 0).length;
 }
 
-// How far a run of symbols has come.
-template <int Symbols>
-struct SymbolRun {
-  SampleOf<Symbols>* out;  // the next symbol goes here
-  SampleOf<Symbols>* end;
-  u32 step;  // the last one, whose state comes next
-};
-
-// A sum that the compiler adds up where it stands, and not in another order.
-template <typename Sum>
-[[gnu::always_inline]] inline Sum AsOne(Sum sum) {
-  asm("" : "+r"(sum));
-  return sum;
-}
-
-// Takes one step over `index`, the next 12 bits. Stores 8 bytes, whatever their number of symbols.
-template <int Symbols>
-[[gnu::always_inline]] inline void TakeStep(SymbolRun<Symbols>& run, const u16* steps, const u64* groups,
-                                            std::size_t index) {
-  // The next step waits for the bits of this one, then for its own index: all else is added up before that.
-  const std::size_t state = run.step & kStateMask;
-  const u16* const stepsOfState = AsOne(steps + state);
-  run.step = stepsOfState[index];
-  StoreNative(run.out, groups[AsOne(state + index)]);
-  run.out += SymbolsOfStep(run.step);
-}
-
-// What a step stores, in symbols.
-template <int Symbols>
-inline constexpr std::ptrdiff_t kStoredSymbols = 8 / sizeof(SampleOf<Symbols>);
-
 // Decodes most of a run, in turns of as many steps as a window has bits for.
 template <typename Window, int Symbols>
 inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& runSoFar,
-                     u64 bitsBehind) {
-  constexpr int kSteps = kWindowBits<Window> == 64 ? 4 : 2;
-  constexpr std::ptrdiff_t kTurnSymbols = (kSteps - 1) * kMostGroupSymbols<Symbols> + kStoredSymbols<Symbols>;
+                     const SampleOf<Symbols>* end, u64 bitsBehind) {
   SymbolRun<Symbols> run = runSoFar;  // in registers: stores through u8* could otherwise alter it
   const u16* const steps = codes.steps;
   const u64* const groups = codes.groups;
@@ -70,30 +36,20 @@ inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRu
     // The load of a turn ends at most 127 bits behind the position: with 63 coded bits ahead that is within two
     // words of the last one. A symbol has at least one bit.
     const std::ptrdiff_t margin =
-        bitsBehind >= 64 ? kTurnSymbols : std::max<std::ptrdiff_t>(64, kTurnSymbols);
-    u64 offset = reader.position >> 3;
-    if (run.end - run.out < margin || !IsReadable(reader, offset, 16)) return;
-    const SampleOf<Symbols>* const outLast = run.end - margin;
+        bitsBehind >= 64 ? kTurnSymbols<Symbols> : std::max<std::ptrdiff_t>(64, kTurnSymbols<Symbols>);
+    if (end - run.out < margin || !IsReadable(reader, reader.position >> 3, 16)) return;
+    const SampleOf<Symbols>* const last = end - margin;
     const u64 offsetLast = reader.readableTo - 8;
-    u64 window = LoadBig64(reader.frame + offset) << (reader.position & 7);
-    // Bits of the window that count, 8 to 63 modulo 64: those below are the true ones behind, or zero.
-    u64 valid = 56 - (reader.position & 7);
-    offset += 7;
-    while (run.out <= outLast && offset <= offsetLast) {
-      window |= LoadBig64(reader.frame + offset) >> (valid & 63);
-      offset += ~valid >> 3 & 7;
-      valid |= 56;
-      for (int i = 0; i < kSteps; ++i) {
-        TakeStep(run, steps, groups, window >> (64 - kGroupBits));
-        window <<= BitsOfStep(run.step);
-        valid -= run.step;  // the low six bits alone matter
-      }
-    }
-    reader.position = offset * 8 - (valid & 63);
+    const u8* const frame = reader.frame;
+    BitWindow window = OpenWindow(frame, reader.position);
+    while (run.out <= last && window.offset <= offsetLast) TakeTurn(run, window, frame, steps, groups);
+    reader.position = PositionOf(window);
   } else {
     // A load of 32 bits at the position leaves 25: two steps.
+    constexpr int kSteps = 2;
+    constexpr std::ptrdiff_t kMargin = (kSteps - 1) * kMostGroupSymbols<Symbols> + kStoredSymbols<Symbols>;
     u64 position = reader.position;
-    while (run.end - run.out >= kTurnSymbols && IsReadable(reader, position >> 3, 4)) {
+    while (end - run.out >= kMargin && IsReadable(reader, position >> 3, 4)) {
       u32 window = LoadBig32(reader.frame + (position >> 3)) << (position & 7);
       u32 used = 0;
       for (int i = 0; i < kSteps; ++i) {
@@ -108,16 +64,11 @@ inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRu
   runSoFar = run;
 }
 
-// Decodes `count` symbols into `out`, a whole number of patterns.
-//
-// bitsBehind   how many coded bits follow this run in a whole frame: they allow for more look-ahead
-//              without loading more than two words behind the last of them
-template <typename Window, int Symbols>
-void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symbols>* out, std::size_t count,
-                u64 bitsBehind) {
-  SymbolRun<Symbols> run = {out, out + count, MakeStep(0, 0, 0)};
-  GetTurns<Window>(reader, codes, run, bitsBehind);
-  while (run.end - run.out >= kStoredSymbols<Symbols> && !IsBehindEnd(reader)) {
+// Decodes the end of a run, where turns would store or load too much.
+template <int Symbols>
+inline void GetLastSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols> run,
+                           const SampleOf<Symbols>* end) {
+  while (end - run.out >= kStoredSymbols<Symbols> && !IsBehindEnd(reader)) {
     TakeStep(run, codes.steps, codes.groups, PeekWord(reader) >> (32 - kGroupBits));
     reader.position += BitsOfStep(run.step);
   }
@@ -127,9 +78,9 @@ void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symb
     place -= codes.pattern.length;
     reader.position -= kFirstBitsOfLong;
   }
-  while (run.out < run.end) {
+  while (run.out < end) {
     if (IsBehindEnd(reader)) {
-      TakeZeroSymbols(reader, codes, run.out, static_cast<std::size_t>(run.end - run.out), place);
+      TakeZeroSymbols(reader, codes, run.out, static_cast<std::size_t>(end - run.out), place);
       return;
     }
     const DecodedSymbol decoded = DecodeSymbol(*codes.codes, ClassAt(codes.pattern, place), PeekWord(reader));
@@ -137,6 +88,24 @@ void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symb
     reader.position += decoded.length;
     place = place + 1 == codes.pattern.length ? 0 : place + 1;
   }
+}
+
+// Decodes `count` symbols into `out`, a whole number of patterns.
+//
+// bitsBehind   how many coded bits follow this run in a whole frame: they allow for more look-ahead
+//              without loading more than two words behind the last of them
+// guess        of how long the run is; afterwards that of the next one
+template <typename Window, int Symbols>
+void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symbols>* out, std::size_t count,
+                u64 bitsBehind, RunGuess& guess) {
+  SymbolRun<Symbols> run = {out, kStepBeforeRun};
+  const SampleOf<Symbols>* const end = out + count;
+  const u64 start = reader.position;
+  if constexpr (kWindowBits<Window> == 64) TryFromTwo(reader, codes, run, end, count + bitsBehind, guess);
+  GetTurns<Window>(reader, codes, run, end, bitsBehind);
+  GetLastSymbols(reader, codes, run, end);
+  guess.bits = reader.position - start;
+  guess.symbols = count;
 }
 
 // Reads `count` bytes, a multiple of 4, as they stand in the stream at any bit.

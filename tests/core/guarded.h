@@ -20,7 +20,7 @@ class Guarded {
  public:
   Guarded(std::size_t size, u8 fill) : size_(size), bytes_(size + 2 * kMark + 16, kSign) {
     offset_ = kMark + (16 - (reinterpret_cast<std::uintptr_t>(bytes_.data()) + kMark) % 16) % 16;
-    std::fill_n(data(), size, fill);
+    for (std::size_t i = 0; i < size; ++i) bytes_[offset_ + i] = fill;
   }
   u8* data() { return bytes_.data() + offset_; }
   std::size_t size() const { return size_; }

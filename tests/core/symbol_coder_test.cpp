@@ -86,7 +86,8 @@ TYPED_TEST(SymbolCoder, DecodesFromAFrameOfAnyLengthBehind) {
     for (const u64 behind : {u64{0}, u64{40}, u64{1000}}) {
       BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, frame.size());
       Guarded out(count, 0);
-      GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), count, behind);
+      RunGuess guess;
+      GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), count, behind, guess);
       ASSERT_EQ(std::vector<u8>(out.data(), out.data() + count), symbols) << seed;
       ASSERT_EQ(reader.position, bits.size()) << seed;
       ASSERT_TRUE(out.MarksIntact());
@@ -108,7 +109,8 @@ TYPED_TEST(SymbolCoder, LooksAtMostTwoWordsBehindTheLastCodedBit) {
     Fenced frame(bytes);
     BitReader reader = OpenReader(frame.data(), Fold({0, start}), 0, std::numeric_limits<std::size_t>::max());
     std::vector<u8> out(count);
-    GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), count, 0);
+    RunGuess guess;
+    GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), count, 0, guess);
     ASSERT_EQ(out, symbols) << seed;
     ASSERT_EQ(reader.position, bits.size());
   }
@@ -119,7 +121,8 @@ TYPED_TEST(SymbolCoder, BitsBehindTheEndAreZeros) {
   Fenced frame({0x00});
   BitReader reader = OpenReader(frame.data(), {0, 0}, 0, frame.size());
   std::vector<u8> out(200, 7);
-  GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), out.size(), 0);
+  RunGuess guess;
+  GetSymbols<TypeParam, 256>(reader, WideRows(), out.data(), out.size(), 0, guess);
   EXPECT_EQ(out, std::vector<u8>(200, 0));
   EXPECT_EQ(reader.position, 400u);
 }
@@ -229,8 +232,9 @@ void GoThroughSteps(const RowCodes<Symbols>& codes, const SymbolCodes<Symbols>& 
     Fenced frame(words);
     BitReader reader = OpenReader(frame.data(), Fold({0, seed % 41}), 0, frame.size());
     Guarded out(symbols.size() * sizeof symbols[0], 0);
+    RunGuess guess;
     GetSymbols<Window, Symbols>(reader, codes, reinterpret_cast<SampleOf<Symbols>*>(out.data()),
-                                symbols.size(), 0);
+                                symbols.size(), 0, guess);
     ASSERT_EQ(std::memcmp(out.data(), symbols.data(), out.size()), 0) << seed;
     ASSERT_EQ(reader.position, expected.size());
     ASSERT_TRUE(out.MarksIntact());

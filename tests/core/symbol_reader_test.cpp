@@ -127,11 +127,11 @@ u64 DecodeOneByOne(const RowCodes<Symbols>& rows, const std::vector<u8>& bytes, 
                    std::vector<SampleOf<Symbols>>& symbols) {
   u32 place = 0;
   for (SampleOf<Symbols>& symbol : symbols) {
-    u32 window = 0;
-    for (u64 bit = position; bit < position + 32; ++bit) {
-      window = window << 1 | (bit / 8 < bytes.size() ? bytes[bit / 8] >> (7 - bit % 8) & 1u : 0u);
-    }
-    const auto decoded = DecodeSymbol(*rows.codes, ClassAt(rows.pattern, place), window);
+    u64 window = 0;
+    for (u64 byte = position / 8; byte < position / 8 + 5; ++byte)
+      window = window << 8 | (byte < bytes.size() ? bytes[byte] : 0u);
+    window >>= 8 - position % 8;
+    const auto decoded = DecodeSymbol(*rows.codes, ClassAt(rows.pattern, place), static_cast<u32>(window));
     symbol = static_cast<SampleOf<Symbols>>(decoded.symbol);
     position += decoded.length;
     place = (place + 1) % rows.pattern.length;
@@ -146,9 +146,10 @@ TYPED_TEST_SUITE(SymbolRuns, Windows);
 
 template <typename Window, int Symbols>
 void ExpectRun(const RowCodes<Symbols>& rows, BitReader reader, std::size_t count, u64 behind,
-               const std::vector<SampleOf<Symbols>>& symbols, u64 position) {
+               const std::vector<SampleOf<Symbols>>& symbols, u64 position, RunGuess guess = {}) {
   Guarded out(count * sizeof symbols[0], 0xEE);
-  GetSymbols<Window, Symbols>(reader, rows, reinterpret_cast<SampleOf<Symbols>*>(out.data()), count, behind);
+  GetSymbols<Window, Symbols>(reader, rows, reinterpret_cast<SampleOf<Symbols>*>(out.data()), count, behind,
+                              guess);
   ASSERT_EQ(std::memcmp(out.data(), symbols.data(), out.size()), 0);
   ASSERT_EQ(reader.position, position);
   ASSERT_TRUE(out.MarksIntact());
@@ -198,6 +199,158 @@ TYPED_TEST(SymbolRuns, StayWithinTwoWordsBehindTheLastCodedBit) {
       if (testing::Test::HasFatalFailure()) FAIL() << "round " << round;
     }
   });
+}
+
+// ---- Long runs, from two places
+
+// Runs that are as long as guessed, or not at all, in frames that go on or end behind them.
+TYPED_TEST(SymbolRuns, GiveTheSameWhateverIsGuessed) {
+  CallForAll([](const auto& rows) {
+    using Sample = std::remove_cvref_t<decltype(rows.codes->encode)>;
+    constexpr int kSymbols = static_cast<int>(std::tuple_size_v<Sample>);
+    std::mt19937 random(kSymbols + rows.pattern.length);
+    for (u32 round = 0; round < 30; ++round) {
+      const std::vector<u8> stream = MakeStream(rows, static_cast<Stream>(round % 5), 24000, random);
+      const std::size_t count = rows.pattern.length * (400 + random() % (round % 4 == 0 ? 3000 : 1200));
+      const u64 start = random() % 70;
+      std::vector<SampleOf<kSymbols>> symbols(count);
+      const u64 position = DecodeOneByOne<kSymbols>(rows, stream, start, symbols);
+      const u64 bits = position - start;
+      const u64 behind = std::array<u64, 4>{0, 1000, bits / 2, 4 * bits}[random() % 4];
+      // What the promise of coded bits asks for, and two words.
+      const std::size_t size = std::min<std::size_t>((position + behind + 31) / 32 * 4 + 8, stream.size());
+      Fenced frame({stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(size)});
+      const bool endless = size < stream.size() && round % 2 == 0;
+      const BitReader reader = {frame.data(), start, 0,
+                                endless ? std::numeric_limits<std::size_t>::max() : frame.size()};
+      for (const u32 percent : {100u, 3u, 60u, 95u, 105u, 150u, 400u}) {
+        ExpectRun<TypeParam, kSymbols>(rows, reader, count, behind, symbols, position,
+                                       {bits * percent / 100, count, 0, 0});
+        if (testing::Test::HasFatalFailure()) FAIL() << "round " << round << ", " << percent << " percent";
+      }
+    }
+  });
+}
+
+// The two cursors by themselves: what they leave is finished by the last one alone. Only ends of runs that both have come
+// to may be given.
+TEST(TwoCursors, MeetInMostRunsAndGiveWhatOneGives) {
+  CallForAll([](const auto& rows) {
+    using Sample = std::remove_cvref_t<decltype(rows.codes->encode)>;
+    constexpr int kSymbols = static_cast<int>(std::tuple_size_v<Sample>);
+    std::mt19937 random(kSymbols + rows.pattern.length);
+    u32 met = 0;
+    u32 halfway = 0;
+    constexpr u32 kRounds = 30;
+    for (u32 round = 0; round < kRounds; ++round) {
+      const std::vector<u8> stream = MakeStream(rows, Stream::noise, 16000, random);
+      const std::size_t count = rows.pattern.length * std::size_t{1000};
+      std::vector<SampleOf<kSymbols>> symbols(count);
+      const u64 start = random() % 70;
+      const u64 position = DecodeOneByOne<kSymbols>(rows, stream, start, symbols);
+      Fenced frame(stream);
+      BitReader reader = {frame.data(), start, 0, frame.size()};
+      Guarded out(count * sizeof symbols[0], 0xEE);
+      auto* const begin = reinterpret_cast<SampleOf<kSymbols>*>(out.data());
+      SymbolRun<kSymbols> run = {begin, kStepBeforeRun};
+      const u64 middle = start + (position - start) * (30 + round % 50) / 100;
+      if (GetFromTwo(reader, rows, run, begin + count, middle, stream.size())) ++met;
+      if (run.out - begin > static_cast<std::ptrdiff_t>(count) * 3 / 5) ++halfway;
+      ASSERT_LE(run.out, begin + count);
+      GetLastSymbols(reader, rows, run, begin + count);
+      ASSERT_EQ(std::memcmp(out.data(), symbols.data(), out.size()), 0) << round;
+      ASSERT_EQ(reader.position, position);
+      ASSERT_TRUE(out.MarksIntact());
+    }
+    EXPECT_GT(met, kRounds * 4 / 5);
+    EXPECT_GT(halfway, kRounds / 2);
+  });
+}
+
+// Frames that end soon behind the second cursor.
+TEST(TwoCursors, LoadNothingThatIsNotReadable) {
+  CallForAll([](const auto& rows) {
+    using Sample = std::remove_cvref_t<decltype(rows.codes->encode)>;
+    constexpr int kSymbols = static_cast<int>(std::tuple_size_v<Sample>);
+    std::mt19937 random(kSymbols + rows.pattern.length);
+    for (u32 round = 0; round < 100; ++round) {
+      const u64 middle = 1000 + random() % 200;
+      const std::vector<u8> bytes =
+          MakeStream(rows, static_cast<Stream>(round % 5), middle / 8 + 24 + random() % 60, random);
+      std::vector<SampleOf<kSymbols>> out(3000, 7);
+      Fenced frame(bytes);
+      const u64 start = random() % 70;
+      BitReader reader = {frame.data(), start, 0, frame.size()};
+      SymbolRun<kSymbols> run = {out.data(), kStepBeforeRun};
+      GetFromTwo(reader, rows, run, out.data() + out.size(), middle, frame.size());
+      std::vector<SampleOf<kSymbols>> symbols(static_cast<std::size_t>(run.out - out.data()));
+      const u64 position = DecodeOneByOne<kSymbols>(rows, bytes, start, symbols);
+      ASSERT_TRUE(std::equal(symbols.begin(), symbols.end(), out.begin())) << round;
+      const bool inLongCode = StateOfStep(run.step) >= rows.pattern.length;
+      ASSERT_EQ(reader.position, position + (inLongCode ? kFirstBitsOfLong : 0)) << round;
+      ASSERT_EQ(StateOfStep(run.step) % rows.pattern.length, symbols.size() % rows.pattern.length);
+    }
+  });
+}
+
+// All windows are the same, pairs have four bits: from another place of the pattern the second cursor never comes upon a
+// place that the first one has.
+TEST(TwoCursors, ThatDoNotMeetLeaveTheRunToTheFirst) {
+  const RowCodes<256>& rows = RowCodesOfLayout<YCbCr8bw422, Scan::p>();
+  std::vector<u8> symbols(8000);
+  const std::vector<u8> stream(4000, 0);
+  const u64 position = DecodeOneByOne<256>(rows, stream, 0, symbols);
+  ASSERT_EQ(symbols, std::vector<u8>(8000, 0));
+  ASSERT_EQ(position, 16000u);
+  Fenced frame(stream);
+  for (u64 middle = 8000; middle < 8004; ++middle) {
+    BitReader reader = {frame.data(), 0, 0, frame.size()};
+    Guarded out(symbols.size(), 0xEE);
+    SymbolRun<256> run = {out.data(), kStepBeforeRun};
+    const bool met = GetFromTwo(reader, rows, run, out.data() + out.size(), middle, stream.size());
+    EXPECT_EQ(met, middle == 8000) << middle;
+    GetLastSymbols(reader, rows, run, out.data() + out.size());
+    ASSERT_EQ(std::memcmp(out.data(), symbols.data(), out.size()), 0) << middle;
+    ASSERT_EQ(reader.position, position);
+  }
+}
+
+// Runs that are not met are left to one cursor for a while, each time a longer one.
+TEST(TwoCursors, PauseWhereTheyDoNotMeet) {
+  const RowCodes<256>& rows = RowCodesOfLayout<YCbCr8bw422, Scan::p>();
+  const std::vector<u8> stream(4000, 0);
+  std::vector<u8> symbols(8000);
+  const u64 position = DecodeOneByOne<256>(rows, stream, 0, symbols);
+  // The middle is at a whole pair, or one bit behind it.
+  RunGuess guess = {position + 2, symbols.size(), 0, 3};
+  BitReader reader = {stream.data(), 0, 0, stream.size()};
+  SymbolRun<256> run = {symbols.data(), kStepBeforeRun};
+  TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
+  EXPECT_EQ(guess.pause, 7u);
+  for (u32 left = 6; left < 7; --left) {
+    reader.position = 0;
+    run = {symbols.data(), kStepBeforeRun};
+    TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
+    EXPECT_EQ(guess.pause, left);
+    EXPECT_EQ(run.out, symbols.data());
+  }
+  guess.bits = position;
+  TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
+  EXPECT_EQ(guess.pause, 0u);
+  EXPECT_GT(run.out, symbols.data() + 4000);
+}
+
+TEST(TwoCursors, GuessThatTheNextRunIsLikeTheLast) {
+  const RowCodes<256>& rows = RowCodesOfLayout<RGB8bf, Scan::i>();
+  std::mt19937 random(3);
+  const std::vector<u8> stream = MakeStream(rows, Stream::noise, 4000, random);
+  std::vector<u8> symbols(900);
+  const u64 position = DecodeOneByOne<256>(rows, stream, 17, symbols);
+  BitReader reader = {stream.data(), 17, 0, stream.size()};
+  RunGuess guess;
+  GetSymbols<NativeWindow, 256>(reader, rows, symbols.data(), symbols.size(), 0, guess);
+  EXPECT_EQ(guess.bits, position - 17);
+  EXPECT_EQ(guess.symbols, symbols.size());
 }
 
 }  // namespace
