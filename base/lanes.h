@@ -7,6 +7,10 @@
 #include "base/bytes.h"
 #include "base/instructions.h"
 
+#ifdef __AVX2__
+#include <immintrin.h>
+#endif
+
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
 #ifdef __AVX2__
@@ -78,14 +82,36 @@ inline void Transpose(Square& square) {
   }
 }
 
+#ifdef __AVX2__
+
+// Two parts of 16 bytes from places of their own. Not by a shuffle of two vectors, which the compiler makes one of all
+// parts: the second part comes from memory into its place.
+inline Lanes LoadParts(const void* first, const void* second) {
+  const __m128i low = _mm_loadu_si128(static_cast<const __m128i*>(first));
+  const __m128i high = _mm_loadu_si128(static_cast<const __m128i*>(second));
+  return (Lanes)_mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
+}
+
+// Bytes of each part in another order: byte i becomes the one at from[i], or zero if that is negative.
+using ByteOrderOfParts = i8 __attribute__((vector_size(32)));
+inline PartLanes LowPart(Lanes lanes) {
+  return (PartLanes)_mm256_castsi256_si128((__m256i)lanes);
+}
+inline PartLanes HighPart(Lanes lanes) {
+  return (PartLanes)_mm256_extracti128_si256((__m256i)lanes, 1);
+}
+inline Lanes ReorderBytes(Lanes bytes, ByteOrderOfParts from) {
+  return (Lanes)_mm256_shuffle_epi8((__m256i)bytes, (__m256i)from);
+}
+
+#endif
+
 // The rows of a square: row(r) is the address of kPartLanes numbers of row r.
 template <typename Row>
 inline void LoadRows(Square& square, Row row) {
   for (u32 r = 0; r < kPartLanes; ++r) {
 #ifdef __AVX2__
-    const PartLanes low = LoadNative<PartLanes>(row(r));
-    const PartLanes high = LoadNative<PartLanes>(row(r + kPartLanes));
-    square.line[r] = __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    square.line[r] = LoadParts(row(r), row(r + kPartLanes));
 #else
     square.line[r] = LoadNative<Lanes>(row(r));
 #endif
@@ -105,17 +131,26 @@ inline void StoreRows(const Square& square, Row row) {
 }
 
 template <int... To>
-inline Lanes MoveUp(Lanes value, std::integer_sequence<int, To...> /*lanes*/) {
+inline Lanes MoveUp(Lanes value, Lanes below, std::integer_sequence<int, To...> /*lanes*/) {
+  constexpr int kLast = static_cast<int>(kLanes) - 1;
+#ifdef __AVX2__
+  // Said as one shuffle: two instructions, of which one alone waits for `value`.
+  return __builtin_shufflevector(below, value, (kLast + To)...);
+#else
   const Lanes zero = {};
-  return __builtin_shufflevector(zero, value, 0, (static_cast<int>(kLanes) + To)...);
+  return __builtin_shufflevector(zero, value, (kLast + To)...) |
+         __builtin_shufflevector(below, zero, (kLast + To)...);
+#endif
 }
 
-// Moves every lane one up and puts `first` into the first.
-inline Lanes MoveUp(Lanes value, int first) {
-  // Not by storing into a lane of the moved vector: that would wait for it.
-  Lanes lowest = {};
-  lowest[0] = static_cast<i16>(first);
-  return MoveUp(value, std::make_integer_sequence<int, static_cast<int>(kLanes) - 1>()) | lowest;
+// Moves every lane one up; the first comes from the last lane of `below`.
+inline Lanes MoveUp(Lanes value, Lanes below) {
+  return MoveUp(value, below, std::make_integer_sequence<int, static_cast<int>(kLanes)>());
+}
+
+// A vector whose last lane is the one at `last`.
+inline Lanes LoadLanesUpTo(const i16* last) {
+  return LoadNative<Lanes>(last - (kLanes - 1));
 }
 
 inline Lanes Select(Lanes mask, Lanes yes, Lanes no) {

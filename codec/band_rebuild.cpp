@@ -14,10 +14,10 @@ struct LaneChain {
 // Rebuilds the next sample of each row. In the prologue lane `first` comes to the first sample of its strip. Lanes that are
 // not in their strip yet, or no more, hold anything, and sums of it may wrap.
 template <Rule UsedRule, i16 Mask, bool AnyRaw, bool Prologue>
-inline Lanes StepLanes(LaneChain& chain, Lanes residual, int above, const BandRun& run, i16 first) {
+inline Lanes StepLanes(LaneChain& chain, Lanes residual, const i16* above, const BandRun& run, i16 first) {
   Lanes left = chain.left;
   Lanes topLeft = chain.topLeft;
-  const Lanes top = MoveUp(left, above);
+  const Lanes top = MoveUp(left, LoadLanesUpTo(above));
   if constexpr (Prologue) {
     const Lanes isFirst = LaneNumbers() == first;
     left = Select(isFirst, run.startsRows ? top : chain.leftOfStrip, left);
@@ -58,7 +58,7 @@ void RebuildPlanes(BandStrips& band, const SampleStrip& above, u32 count, const 
     chain.left = chain.topLeft = chain.leftOfStrip = Lanes{};
     for (u32 r = 0; r < kBandLanes; ++r)
       chain.leftOfStrip[r] = Cells(band.rows[r].*kPlaneList<Planes...>[p])[-1];
-    chain.topLeftOfStrip = MoveUp(chain.leftOfStrip, Cells(above.*kPlaneList<Planes...>[p])[-1]);
+    chain.topLeftOfStrip = MoveUp(chain.leftOfStrip, Lanes{} + Cells(above.*kPlaneList<Planes...>[p])[-1]);
   }
   const auto stepSquare = [&]<bool Prologue>(std::bool_constant<Prologue> /*isPrologue*/, i32 column) {
     std::array<Square, kPlanes> squares;
@@ -75,7 +75,7 @@ void RebuildPlanes(BandStrips& band, const SampleStrip& above, u32 count, const 
       for (std::size_t p = 0; p < kPlanes; ++p) {
         Lanes& line = squares[p].line[static_cast<std::size_t>(step)];
         line = StepLanes<UsedRule, Mask, AnyRaw, Prologue>(
-            chains[p], line, Cells(above.*kPlaneList<Planes...>[p])[column + step], run,
+            chains[p], line, Cells(above.*kPlaneList<Planes...>[p]) + (column + step), run,
             static_cast<i16>(column + step));
       }
     }

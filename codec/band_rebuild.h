@@ -14,10 +14,16 @@ inline constexpr u32 kBandLanes = kLanes;
 inline constexpr i32 kLastRowLag = static_cast<i32>(kBandLanes) - 1;
 static_assert(kLastRowLag < static_cast<i32>(kStripMargin));
 
+// Strips of rows lie so far apart that no load of a square has the low twelve bits of the address that a store of the
+// square before it had: a processor would take the one for the other and wait.
+struct BandStrip : SampleStrip {
+  std::array<u8, 160> apart;
+};
+
 // A strip of each row of a band: residuals, which become samples; rows above a raw one too. Cells left of the strips
 // hold the samples that stand there.
 struct BandStrips {
-  std::array<SampleStrip, kBandLanes> rows;
+  std::array<BandStrip, kBandLanes> rows;
 };
 
 // What all steps of a run have in common.

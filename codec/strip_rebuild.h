@@ -19,7 +19,7 @@ template <const FrameLayout& Layout>
   const auto split = [&](const std::array<i16*, kLength>& planes) { SplitStreams(symbols, steps, planes); };
   i16* const first = Cells(strip.first);
   if constexpr (kInPairs<Layout>) {
-    alignas(32) std::array<i16, kStripPixels> chroma;
+    alignas(32) std::array<i16, kStripPixels> chroma = {};  // more of it is read than was written
     if constexpr (Layout.samples.alpha)
       split({Cells(strip.alpha), first, chroma.data()});
     else

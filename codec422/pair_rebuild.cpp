@@ -30,6 +30,8 @@ u8 Sum(u8 a, u8 b) {
   return static_cast<u8>(a + b);
 }
 
+using LaneWords = u32 __attribute__((vector_size(2 * kLanes)));
+
 template <ChromaSign Sign>
 inline int ReadChroma(u8 byte) {
   if constexpr (Sign == ChromaSign::isSigned) return static_cast<i8>(byte);
@@ -58,6 +60,16 @@ struct Band {
   Lanes luma1Above;    // what stood above luma1
   Chain cb, cr;
 };
+
+// Luma and chroma of lanes that hold two bytes of a pair.
+inline Lanes LumaIn(Lanes bytes) {
+  return bytes & 255;
+}
+template <ChromaSign Sign>
+inline Lanes ChromaIn(Lanes bytes) {
+  if constexpr (Sign == ChromaSign::isSigned) return bytes >> 8;
+  return (Lanes)((WrappingLanes)bytes >> 8);
+}
 
 template <ChromaSign Sign, bool Prologue, bool AnyRaw>
 inline Lanes StepChroma(Chain& chain, Lanes symbol, Lanes top, Lanes first, Lanes predicted) {
@@ -97,10 +109,13 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     const Lanes even = square.line[2 * step];                                   // Y'0 and Cb of every row
     const Lanes odd = square.line[2 * step + 1];                                // Y'1 and Cr
     const std::ptrdiff_t pair = group * 4 + static_cast<std::ptrdiff_t>(step);  // of the first row
-    const u8* pairAbove = above + pair * 4;
+    // The pair above the first row, its two halves in the last lanes.
+    const LaneWords pairAbove = LaneWords{} + LoadNative<u32>(above + pair * 4);
+    const Lanes evenAbove = (Lanes)(pairAbove << 16);
+    const Lanes oddAbove = (Lanes)pairAbove;
     const Lanes first = Prologue ? rowNumber == static_cast<i16>(pair) : Lanes{};
-    const Lanes top0 = MoveUp(band.luma0, pairAbove[0]);
-    const Lanes top1 = MoveUp(band.luma1, pairAbove[2]);
+    const Lanes top0 = MoveUp(band.luma0, LumaIn(evenAbove));
+    const Lanes top1 = MoveUp(band.luma1, LumaIn(oddAbove));
     Lanes left0 = band.luma1;
     Lanes topLeft0 = band.luma1Above;
     if constexpr (Prologue) {
@@ -109,8 +124,8 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     }
     const Lanes luma0 = BlendLuma<AnyRaw>(left0, top0, topLeft0, even & 255, predicted);
     const Lanes luma1 = BlendLuma<AnyRaw>(luma0, top1, top0, odd & 255, predicted);
-    const Lanes topCb = MoveUp(band.cb.left, ReadChroma<Sign>(pairAbove[1]));
-    const Lanes topCr = MoveUp(band.cr.left, ReadChroma<Sign>(pairAbove[3]));
+    const Lanes topCb = MoveUp(band.cb.left, ChromaIn<Sign>(evenAbove));
+    const Lanes topCr = MoveUp(band.cr.left, ChromaIn<Sign>(oddAbove));
     const Lanes cb = StepChroma<Sign, Prologue, AnyRaw>(band.cb, even >> 8, topCb, first, predicted);
     const Lanes cr = StepChroma<Sign, Prologue, AnyRaw>(band.cr, odd >> 8, topCr, first, predicted);
     band.luma0 = luma0;

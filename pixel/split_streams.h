@@ -1,5 +1,6 @@
 // Streams of samples that take turns, into planes of their own.
 #pragma once
+#include <algorithm>
 #include <array>
 #include <type_traits>
 #include <utility>
@@ -74,13 +75,58 @@ inline void StoreSamples(SampleVector<u16> v, i16* to) {
   StoreNative(reinterpret_cast<u8*>(to), v);
 }
 
-// Reads and stores whole vectors: up to kSamplesOfVector - 1 samples of each stream more than `count`.
+#ifdef __AVX2__
+
+// How shuffles of bytes take kPartLanes samples of Count streams apart, which are kBytes bytes: from pieces of 16 bytes,
+// of which the last may begin within the one before it.
+template <std::size_t Count, typename Sample>
+struct PartOfStreams {
+  static constexpr std::size_t kBytes = kPartLanes * Count * sizeof(Sample);
+  static constexpr std::size_t kPieces = (kBytes + 15) / 16;
+  static constexpr std::size_t Begin(std::size_t piece) { return std::min(16 * piece, kBytes - 16); }
+
+  // What each stream takes from each piece, for both parts of a vector.
+  static constexpr auto kOrders = [] {
+    std::array<std::array<std::array<i8, 32>, kPieces>, Count> orders = {};
+    for (std::size_t stream = 0; stream < Count; ++stream) {
+      for (std::size_t piece = 0; piece < kPieces; ++piece) {
+        for (std::size_t i = 0; i < 32; ++i) {
+          const std::size_t byte = i % 2;
+          const std::size_t at = (i % 16 / 2 * Count + stream) * sizeof(Sample) + byte;
+          const bool taken = byte < sizeof(Sample) && at / 16 == piece;
+          orders[stream][piece][i] = taken ? static_cast<i8>(at - Begin(piece)) : i8{-1};
+        }
+      }
+    }
+    return orders;
+  }();
+};
+
+#endif
+
+// Reads and stores whole vectors: up to 15 samples of each stream more than `count`.
 template <std::size_t Count, typename Sample>
 inline void SplitStreams(const Sample* interleaved, u32 count, const std::array<i16*, Count>& planes) {
+#ifdef __AVX2__
+  using Part = PartOfStreams<Count, Sample>;
+  const u8* bytes = reinterpret_cast<const u8*>(interleaved);
+  for (u32 i = 0; i < count; i += kLanes, bytes += 2 * Part::kBytes) {
+    std::array<Lanes, Part::kPieces> pieces;
+    for (std::size_t k = 0; k < pieces.size(); ++k)
+      pieces[k] = LoadParts(bytes + Part::Begin(k), bytes + Part::kBytes + Part::Begin(k));
+    for (std::size_t stream = 0; stream < Count; ++stream) {
+      Lanes samples = {};
+      for (std::size_t k = 0; k < pieces.size(); ++k)
+        samples |= ReorderBytes(pieces[k], LoadNative<ByteOrderOfParts>(Part::kOrders[stream][k].data()));
+      StoreNative(planes[stream] + i, samples);
+    }
+  }
+#else
   for (u32 i = 0; i < count; i += kSamplesOfVector<Sample>) {
     const auto streams = LoadStreams<Count>(interleaved + std::size_t{i} * Count);
     for (std::size_t k = 0; k < Count; ++k) StoreSamples(streams[k], planes[k] + i);
   }
+#endif
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "base/instructions.h"
+#include "base/lanes.h"
 #include "pixel/load.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
@@ -47,22 +48,106 @@ constexpr u32 ToByte(i16 sample, int place) {
   return u32{ToFormatScale<Pixel, Bits>(sample)} << 8 * place;
 }
 
-// The lower three bytes of each word, one pixel after another. What a store has too much is overwritten by the next one.
-inline void StoreThreeOfFour(const std::array<u32, kStripPixels>& words, u8* __restrict bytes) {
-#ifdef __SSSE3__
-  using Bytes = u8 __attribute__((vector_size(16)));
-  for (u32 i = 0; i < kStripPixels; i += 4) {
-    const Bytes four = LoadNative<Bytes>(&words[i]);
-    const Bytes packed =
-        __builtin_shufflevector(four, four, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15);
-    u8* const target = bytes + std::size_t{3} * i;
-    if (i + 4 < kStripPixels)
-      StoreNative(target, packed);
-    else
-      std::memcpy(target, &packed, 12);
+#ifdef __AVX2__
+
+// A vector of samples at another depth.
+template <int From, int To>
+inline Lanes ChangeDepthOf(Lanes samples) {
+  if constexpr (From <= To) return samples << (To - From);
+  return samples >> (From - To);
+}
+
+// Where bytes of a part of three-byte pixels come from, if `has` says so: those from `begin` on. `at` gives where in their
+// vector.
+template <typename Has, typename At>
+constexpr std::array<i8, 32> OrderOfThreeBytes(int begin, Has has, At at) {
+  std::array<i8, 32> order = {};
+  for (int i = 0; i < 32; ++i) {
+    const int byte = begin + i % 16;
+    order[static_cast<std::size_t>(i)] =
+        static_cast<i8>(has(byte % 3) && byte < 24 ? at(byte / 3, byte % 3) : -1);
   }
+  return order;
+}
+
+// Three-byte pixels out of planes in the order of their bytes. What a store has too much is overwritten by the next one.
+template <int Bits>
+void StoreThreeBytes(const std::array<const i16*, 3>& inOrder, u8* __restrict bytes) {
+  constexpr auto kTwo = [](int begin) {
+    return OrderOfThreeBytes(
+        begin, [](int byte) { return byte < 2; }, [](int pixel, int byte) { return 2 * pixel + byte; });
+  };
+  constexpr auto kThird = [](int begin) {
+    return OrderOfThreeBytes(
+        begin, [](int byte) { return byte == 2; }, [](int pixel, int /*byte*/) { return 2 * pixel; });
+  };
+  static constexpr std::array kOrders = {kTwo(0), kThird(0), kTwo(16), kThird(16)};
+  const auto order = [](std::size_t k) { return LoadNative<ByteOrderOfParts>(kOrders[k].data()); };
+  for (u32 i = 0; i < kStripPixels; i += kLanes, bytes += 3 * kLanes) {
+    const auto load = [&](std::size_t k) {
+      return ChangeDepthOf<Bits, 8>(LoadNative<Lanes>(inOrder[k] + i));
+    };
+    const Lanes two = load(0) | load(1) << 8;
+    const Lanes third = load(2);
+    // The first 16 bytes and the last 8 of each part.
+    const Lanes begin = ReorderBytes(two, order(0)) | ReorderBytes(third, order(1));
+    const Lanes end = ReorderBytes(two, order(2)) | ReorderBytes(third, order(3));
+    StoreNative(bytes, LowPart(begin));
+    StoreNative(bytes + 16, LowPart(end));
+    StoreNative(bytes + 24, HighPart(begin));
+    const PartLanes last = HighPart(end);
+    if (i + kLanes < kStripPixels)
+      StoreNative(bytes + 40, last);
+    else
+      std::memcpy(bytes + 40, &last, 8);
+  }
+}
+
+// Groups of 'v210', two at once, each a part of a vector.
+template <int Bits>
+void StoreGroups(const i16* luma, const i16* cb, const i16* cr, u8* __restrict bytes) {
+  // Where the three fields of the four words come from, numbers of luma or of the chroma of a group: Cb in 0 to 2, Cr in
+  // 4 to 6.
+  constexpr int kNone = -1;
+  constexpr auto kNumbers = [](int n0, int n1, int n2, int n3) {
+    const std::array<int, 4> numbers = {n0, n1, n2, n3};
+    std::array<i8, 32> order = {};
+    for (std::size_t i = 0; i < 32; ++i) {
+      const int number = numbers[i % 16 / 4];
+      order[i] = static_cast<i8>(number == kNone || i % 4 > 1 ? -1 : 2 * number + static_cast<int>(i % 4));
+    }
+    return order;
+  };
+  static constexpr std::array kOfLuma = {kNumbers(kNone, 1, kNone, 4), kNumbers(0, kNone, 3, kNone),
+                                         kNumbers(kNone, 2, kNone, 5)};
+  static constexpr std::array kOfChroma = {kNumbers(0, kNone, 5, kNone), kNumbers(kNone, 1, kNone, 6),
+                                           kNumbers(4, kNone, 2, kNone)};
+  using Words = VectorOf<u32, 32>::Type;
+  for (u32 group = 0; group < kStripPairs / 3; group += 2) {
+    const auto load = [&](const i16* plane, u32 each) {
+      return ChangeDepthOf<Bits, 10>(LoadParts(plane + each * group, plane + each * (group + 1)));
+    };
+    const Lanes y = load(luma, 6);
+    const Lanes chroma = Interleave<false, u64>(load(cb, 3), load(cr, 3));
+    const auto field = [&](std::size_t k) {
+      return (Words)(ReorderBytes(y, LoadNative<ByteOrderOfParts>(kOfLuma[k].data())) |
+                     ReorderBytes(chroma, LoadNative<ByteOrderOfParts>(kOfChroma[k].data())));
+    };
+    StoreNative(bytes + std::size_t{16} * group, field(0) | field(1) << 10 | field(2) << 20);
+  }
+}
+
 #else
-  // Without a shuffle of bytes: two pixels at a time.
+
+// Three-byte pixels out of planes in the order of their bytes, two at a time, as there is no shuffle of bytes. What a
+// store has too much is overwritten by the next one.
+template <int Bits>
+void StoreThreeBytes(const std::array<const i16*, 3>& inOrder, u8* __restrict bytes) {
+  const auto at = [&](u32 i, std::size_t k) {
+    return u32{static_cast<u16>(ChangeDepth(inOrder[k][i], Bits, 8))} << 8 * k;
+  };
+  alignas(32) std::array<u32, kStripPixels> words;
+  for (u32 i = 0; i < kStripPixels; ++i) words[i] = at(i, 0) | at(i, 1) | at(i, 2);
   alignas(32) std::array<u64, kStripPixels / 2> two;
   for (u32 i = 0; i < kStripPixels / 2; ++i) {
     const u64 both = LoadNative<u64>(&words[std::size_t{2} * i]);
@@ -70,8 +155,27 @@ inline void StoreThreeOfFour(const std::array<u32, kStripPixels>& words, u8* __r
   }
   for (u32 i = 0; i + 1 < kStripPixels / 2; ++i) StoreNative(bytes + std::size_t{6} * i, two[i]);
   std::memcpy(bytes + std::size_t{3} * kStripPixels - 6, &two[kStripPixels / 2 - 1], 6);
-#endif
 }
+
+// Groups of 'v210'.
+template <int Bits>
+void StoreGroups(const i16* luma, const i16* cb, const i16* cr, u8* __restrict bytes) {
+  const auto at = [](i16 sample, int place) {
+    return static_cast<u32>(ChangeDepth(sample, Bits, 10)) << place;
+  };
+  for (u32 group = 0; group < kStripPairs / 3; ++group) {
+    u8* target = bytes + std::size_t{16} * group;
+    const i16* y = luma + std::size_t{6} * group;
+    const i16* b = cb + std::size_t{3} * group;
+    const i16* r = cr + std::size_t{3} * group;
+    StoreNative(target, at(b[0], 0) | at(y[0], 10) | at(r[0], 20));
+    StoreNative(target + 4, at(y[1], 0) | at(b[1], 10) | at(y[2], 20));
+    StoreNative(target + 8, at(r[1], 0) | at(y[3], 10) | at(b[2], 20));
+    StoreNative(target + 12, at(y[4], 0) | at(r[2], 10) | at(y[5], 20));
+  }
+}
+
+#endif
 
 // A strip of pixels. AlphaBits is 0 where all pixels are opaque; `Opaque` then is what stands in their place
 // of alpha, on the scale of the format.
@@ -110,13 +214,11 @@ void StorePixels(ConstPlanes planes, u8* __restrict bytes) {
       StoreNative(bytes + std::size_t{4} * i, word);
     }
   } else if constexpr (Pixel.unitBytes == 3) {
-    alignas(32) std::array<u32, kStripPixels> words;
-    for (u32 i = 0; i < kStripPixels; ++i) {
-      words[i] = ToByte<Pixel, Bits>(first[i], Pixel.place[0]) |
-                 ToByte<Pixel, Bits>(second[i], Pixel.place[1]) |
-                 ToByte<Pixel, Bits>(third[i], Pixel.place[2]);
-    }
-    StoreThreeOfFour(words, bytes);
+    std::array<const i16*, 3> inOrder = {};
+    inOrder[Pixel.place[0]] = first;
+    inOrder[Pixel.place[1]] = second;
+    inOrder[Pixel.place[2]] = third;
+    StoreThreeBytes<Bits>(inOrder, bytes);
   } else {
     for (u32 i = 0; i < kStripPixels; ++i) {
       u8* pixel = bytes + std::size_t{Pixel.unitBytes} * i;
@@ -139,19 +241,7 @@ void StorePairs(ConstPlanes planes, u8* __restrict bytes) {
   const i16* __restrict cb = planes.second;
   const i16* __restrict cr = planes.third;
   if constexpr (Pixel.container == Container::groups) {
-    const auto at = [](i16 sample, int place) {
-      return static_cast<u32>(ChangeDepth(sample, Bits, 10)) << place;
-    };
-    for (u32 group = 0; group < kStripPairs / 3; ++group) {
-      u8* target = bytes + std::size_t{16} * group;
-      const i16* y = luma + std::size_t{6} * group;
-      const i16* b = cb + std::size_t{3} * group;
-      const i16* r = cr + std::size_t{3} * group;
-      StoreNative(target, at(b[0], 0) | at(y[0], 10) | at(r[0], 20));
-      StoreNative(target + 4, at(y[1], 0) | at(b[1], 10) | at(y[2], 20));
-      StoreNative(target + 8, at(r[1], 0) | at(y[3], 10) | at(b[2], 20));
-      StoreNative(target + 12, at(y[4], 0) | at(r[2], 10) | at(y[5], 20));
-    }
+    StoreGroups<Bits>(luma, cb, cr, bytes);
   } else {
     for (u32 i = 0; i < kStripPairs; ++i) {
       u8* pair = bytes + std::size_t{Pixel.unitBytes} * i;
