@@ -19,8 +19,9 @@ struct PictureSize {
   u32 height;
 };
 
-// Around strips and pieces of them, and one row that is coded in several.
-constexpr PictureSize kSizes[] = {{1, 1}, {2, 3}, {7, 2}, {37, 5}, {67, 4}, {130, 9}, {4200, 3}};
+// Around strips and pieces of them, one row that is coded in several, and rows that are decoded from two places where
+// registers have 64 bits.
+constexpr PictureSize kSizes[] = {{1, 1}, {2, 3}, {7, 2}, {37, 5}, {67, 4}, {130, 9}, {4200, 3}, {1300, 24}};
 constexpr int kPaints = 3;
 constexpr u32 kMostPixelBytes = 8;
 constexpr u32 kHeaderWords = VOREL_FRAME_HEADER_WORDS;
