@@ -92,14 +92,15 @@ inline Lanes LoadParts(const void* first, const void* second) {
   return (Lanes)_mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
 }
 
-// Bytes of each part in another order: byte i becomes the one at from[i], or zero if that is negative.
-using ByteOrderOfParts = i8 __attribute__((vector_size(32)));
 inline PartLanes LowPart(Lanes lanes) {
   return (PartLanes)_mm256_castsi256_si128((__m256i)lanes);
 }
 inline PartLanes HighPart(Lanes lanes) {
   return (PartLanes)_mm256_extracti128_si256((__m256i)lanes, 1);
 }
+
+// Bytes of each part in another order: byte i becomes the one at from[i], or zero if that is negative.
+using ByteOrderOfParts = i8 __attribute__((vector_size(32)));
 inline Lanes ReorderBytes(Lanes bytes, ByteOrderOfParts from) {
   return (Lanes)_mm256_shuffle_epi8((__m256i)bytes, (__m256i)from);
 }

@@ -10,6 +10,7 @@ namespace {
 
 using Bytes16 = u8 __attribute__((vector_size(16)));
 using Words4 = u32 __attribute__((vector_size(16)));
+using LaneWords = u32 __attribute__((vector_size(2 * kLanes)));
 
 // Moves the bytes of a vector up by N and puts zeros below.
 template <int... Position>
@@ -29,8 +30,6 @@ Bytes16 ShiftUp(Bytes16 value, std::integer_sequence<int, Position...> /*positio
 u8 Sum(u8 a, u8 b) {
   return static_cast<u8>(a + b);
 }
-
-using LaneWords = u32 __attribute__((vector_size(2 * kLanes)));
 
 template <ChromaSign Sign>
 inline int ReadChroma(u8 byte) {
@@ -61,10 +60,7 @@ struct Band {
   Chain cb, cr;
 };
 
-// Luma and chroma of lanes that hold two bytes of a pair.
-inline Lanes LumaIn(Lanes bytes) {
-  return bytes & 255;
-}
+// Chroma of lanes that hold two bytes of a pair.
 template <ChromaSign Sign>
 inline Lanes ChromaIn(Lanes bytes) {
   if constexpr (Sign == ChromaSign::isSigned) return bytes >> 8;
@@ -114,8 +110,8 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
     const Lanes evenAbove = (Lanes)(pairAbove << 16);
     const Lanes oddAbove = (Lanes)pairAbove;
     const Lanes first = Prologue ? rowNumber == static_cast<i16>(pair) : Lanes{};
-    const Lanes top0 = MoveUp(band.luma0, LumaIn(evenAbove));
-    const Lanes top1 = MoveUp(band.luma1, LumaIn(oddAbove));
+    const Lanes top0 = MoveUp(band.luma0, evenAbove & 255);
+    const Lanes top1 = MoveUp(band.luma1, oddAbove & 255);
     Lanes left0 = band.luma1;
     Lanes topLeft0 = band.luma1Above;
     if constexpr (Prologue) {

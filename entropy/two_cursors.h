@@ -25,6 +25,9 @@ struct RunGuess {
 // Half the bits of a run; shorter ones are not worth two cursors.
 inline constexpr u64 kLeastHalfBits = 1024;
 
+// The most runs that are left to one cursor behind one that was not met.
+inline constexpr u32 kLongestPause = 15;
+
 // The most turns of the second cursor.
 inline constexpr std::size_t kTrailTurns = 1024;
 
@@ -145,7 +148,7 @@ inline void TryFromTwo(BitReader& reader, const RowCodes<Symbols>& codes, Symbol
   // What the second cursor takes must be there, give or take a quarter.
   if (readableTo < (middle + half + half / 4) >> 3 || !IsReadable(reader, reader.position >> 3, 16)) return;
   const bool meets = GetFromTwo(reader, codes, run, end, middle, readableTo);
-  guess.lastPause = meets ? 0 : std::min(2 * guess.lastPause + 1, 15u);
+  guess.lastPause = meets ? 0 : std::min(2 * guess.lastPause + 1, kLongestPause);
   guess.pause = guess.lastPause;
 }
 

@@ -9,6 +9,35 @@
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
+#ifdef __AVX2__
+
+// How shuffles of bytes take kPartLanes samples of Count streams apart, which are kBytes bytes: from pieces of 16 bytes,
+// of which the last may begin within the one before it.
+template <std::size_t Count, typename Sample>
+struct PartOfStreams {
+  static constexpr std::size_t kBytes = kPartLanes * Count * sizeof(Sample);
+  static constexpr std::size_t kPieces = (kBytes + 15) / 16;
+  static constexpr std::size_t Begin(std::size_t piece) { return std::min(16 * piece, kBytes - 16); }
+
+  // What each stream takes from each piece, for both parts of a vector.
+  static constexpr auto kOrders = [] {
+    std::array<std::array<std::array<i8, 32>, kPieces>, Count> orders = {};
+    for (std::size_t stream = 0; stream < Count; ++stream) {
+      for (std::size_t piece = 0; piece < kPieces; ++piece) {
+        for (std::size_t i = 0; i < 32; ++i) {
+          const std::size_t byte = i % 2;
+          const std::size_t at = (i % 16 / 2 * Count + stream) * sizeof(Sample) + byte;
+          const bool taken = byte < sizeof(Sample) && at / 16 == piece;
+          orders[stream][piece][i] = taken ? static_cast<i8>(at - Begin(piece)) : i8{-1};
+        }
+      }
+    }
+    return orders;
+  }();
+};
+
+#else
+
 // Samples of a vector of 16 bytes.
 template <typename Sample>
 inline constexpr u32 kSamplesOfVector = 16 / sizeof(Sample);
@@ -74,33 +103,6 @@ inline void StoreSamples(SampleVector<u8> v, i16* to) {
 inline void StoreSamples(SampleVector<u16> v, i16* to) {
   StoreNative(reinterpret_cast<u8*>(to), v);
 }
-
-#ifdef __AVX2__
-
-// How shuffles of bytes take kPartLanes samples of Count streams apart, which are kBytes bytes: from pieces of 16 bytes,
-// of which the last may begin within the one before it.
-template <std::size_t Count, typename Sample>
-struct PartOfStreams {
-  static constexpr std::size_t kBytes = kPartLanes * Count * sizeof(Sample);
-  static constexpr std::size_t kPieces = (kBytes + 15) / 16;
-  static constexpr std::size_t Begin(std::size_t piece) { return std::min(16 * piece, kBytes - 16); }
-
-  // What each stream takes from each piece, for both parts of a vector.
-  static constexpr auto kOrders = [] {
-    std::array<std::array<std::array<i8, 32>, kPieces>, Count> orders = {};
-    for (std::size_t stream = 0; stream < Count; ++stream) {
-      for (std::size_t piece = 0; piece < kPieces; ++piece) {
-        for (std::size_t i = 0; i < 32; ++i) {
-          const std::size_t byte = i % 2;
-          const std::size_t at = (i % 16 / 2 * Count + stream) * sizeof(Sample) + byte;
-          const bool taken = byte < sizeof(Sample) && at / 16 == piece;
-          orders[stream][piece][i] = taken ? static_cast<i8>(at - Begin(piece)) : i8{-1};
-        }
-      }
-    }
-    return orders;
-  }();
-};
 
 #endif
 

@@ -232,8 +232,7 @@ TYPED_TEST(SymbolRuns, GiveTheSameWhateverIsGuessed) {
   });
 }
 
-// The two cursors by themselves: what they leave is finished by the last one alone. Only ends of runs that both have come
-// to may be given.
+// The two cursors by themselves; what they leave is finished step by step.
 TEST(TwoCursors, MeetInMostRunsAndGiveWhatOneGives) {
   CallForAll([](const auto& rows) {
     using Sample = std::remove_cvref_t<decltype(rows.codes->encode)>;
