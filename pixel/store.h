@@ -48,14 +48,14 @@ constexpr u32 ToByte(i16 sample, int place) {
   return u32{ToFormatScale<Pixel, Bits>(sample)} << 8 * place;
 }
 
-#ifdef __AVX2__
-
 // A vector of samples at another depth.
 template <int From, int To>
 inline Lanes ChangeDepthOf(Lanes samples) {
   if constexpr (From <= To) return samples << (To - From);
   return samples >> (From - To);
 }
+
+#ifdef __AVX2__
 
 // Where bytes of a part of three-byte pixels come from, if `has` says so: those from `begin` on. `at` gives where in their
 // vector.
@@ -139,39 +139,66 @@ void StoreGroups(const i16* luma, const i16* cb, const i16* cr, u8* __restrict b
 
 #else
 
-// Three-byte pixels out of planes in the order of their bytes, two at a time, as there is no shuffle of bytes. What a
-// store has too much is overwritten by the next one.
+using Words = VectorOf<u32, 16>::Type;
+using TwoWords = VectorOf<u64, 16>::Type;
+
+// Three-byte pixels out of planes in the order of their bytes. What a store has too much is overwritten by the next one.
 template <int Bits>
 void StoreThreeBytes(const std::array<const i16*, 3>& inOrder, u8* __restrict bytes) {
-  const auto at = [&](u32 i, std::size_t k) {
-    return u32{static_cast<u16>(ChangeDepth(inOrder[k][i], Bits, 8))} << 8 * k;
+  // Closes the gaps in two pixels, each in a word of its own.
+  const auto close = [](Lanes pixels) {
+    const TwoWords two = (TwoWords)pixels;
+    return (two & 0xFFFFFF) | (two >> 8 & 0xFFFFFF000000);
   };
-  alignas(32) std::array<u32, kStripPixels> words;
-  for (u32 i = 0; i < kStripPixels; ++i) words[i] = at(i, 0) | at(i, 1) | at(i, 2);
-  alignas(32) std::array<u64, kStripPixels / 2> two;
-  for (u32 i = 0; i < kStripPixels / 2; ++i) {
-    const u64 both = LoadNative<u64>(&words[std::size_t{2} * i]);
-    two[i] = (both & 0xFFFFFF) | (both >> 8 & 0xFFFFFF000000);
+  for (u32 i = 0; i < kStripPixels; i += kLanes, bytes += 3 * kLanes) {
+    const auto load = [&](std::size_t k) {
+      return ChangeDepthOf<Bits, 8>(LoadNative<Lanes>(inOrder[k] + i));
+    };
+    const Lanes two = load(0) | load(1) << 8;
+    const Lanes third = load(2);
+    const TwoWords begin = close(Interleave<false, u16>(two, third));
+    const TwoWords end = close(Interleave<true, u16>(two, third));
+    StoreNative(bytes, begin[0]);
+    StoreNative(bytes + 6, begin[1]);
+    StoreNative(bytes + 12, end[0]);
+    const u64 last = end[1];
+    if (i + kLanes < kStripPixels)
+      StoreNative(bytes + 18, last);
+    else
+      std::memcpy(bytes + 18, &last, 6);
   }
-  for (u32 i = 0; i + 1 < kStripPixels / 2; ++i) StoreNative(bytes + std::size_t{6} * i, two[i]);
-  std::memcpy(bytes + std::size_t{3} * kStripPixels - 6, &two[kStripPixels / 2 - 1], 6);
 }
 
-// Groups of 'v210'.
+// Groups of 'v210', two at once: words 0 and 1 of the one, of the other, then words 2 and 3. A chroma sample behind the
+// strip is read.
 template <int Bits>
 void StoreGroups(const i16* luma, const i16* cb, const i16* cr, u8* __restrict bytes) {
-  const auto at = [](i16 sample, int place) {
-    return static_cast<u32>(ChangeDepth(sample, Bits, 10)) << place;
+  constexpr Words kEven = {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF};
+  const auto twoOf = [](const i16* samples) { return LoadNative<u32>(samples); };
+  const auto firstAndLast = [](const i16* a, const i16* b) {
+    return __builtin_shufflevector(LoadNative<Words>(a), LoadNative<Words>(b), 0, 3, 4, 7);
   };
-  for (u32 group = 0; group < kStripPairs / 3; ++group) {
-    u8* target = bytes + std::size_t{16} * group;
+  for (u32 group = 0; group < kStripPairs / 3; group += 2, bytes += 32) {
     const i16* y = luma + std::size_t{6} * group;
     const i16* b = cb + std::size_t{3} * group;
     const i16* r = cr + std::size_t{3} * group;
-    StoreNative(target, at(b[0], 0) | at(y[0], 10) | at(r[0], 20));
-    StoreNative(target + 4, at(y[1], 0) | at(b[1], 10) | at(y[2], 20));
-    StoreNative(target + 8, at(r[1], 0) | at(y[3], 10) | at(b[2], 20));
-    StoreNative(target + 12, at(y[4], 0) | at(r[2], 10) | at(y[5], 20));
+    // Both lower fields of words, but every other word has the two the wrong way round.
+    const Words chroma = {twoOf(b), twoOf(b + 3), twoOf(r + 1), twoOf(r + 4)};
+    const Words white = firstAndLast(y, y + 3);
+    const Words wrong = (chroma ^ white) & ~kEven;
+    const Lanes lower = ChangeDepthOf<Bits, 10>((Lanes)(chroma ^ wrong));
+    const Lanes middle = ChangeDepthOf<Bits, 10>((Lanes)(white ^ wrong));
+    const Words even = {twoOf(r), twoOf(r + 3), twoOf(b + 2), twoOf(b + 5)};
+    const Words odd = firstAndLast(y + 1, y + 4);
+    const Lanes upper = ChangeDepthOf<Bits, 10>((Lanes)((even & kEven) | (odd & ~kEven)));
+    const Lanes lowHalves = lower | middle << 10;
+    const Lanes highHalves = middle >> 6 | upper << 4;
+    const TwoWords begins = (TwoWords)Interleave<false, u16>(lowHalves, highHalves);
+    const TwoWords ends = (TwoWords)Interleave<true, u16>(lowHalves, highHalves);
+    StoreNative(bytes, begins[0]);
+    StoreNative(bytes + 8, ends[0]);
+    StoreNative(bytes + 16, begins[1]);
+    StoreNative(bytes + 24, ends[1]);
   }
 }
 
