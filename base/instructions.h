@@ -5,6 +5,10 @@
 // is not in that namespace is data, or is always inlined.
 #pragma once
 
+#ifdef VOREL_NO_HOT_CODE
+#error "This file is compiled once for all instruction sets: list it with those that are compiled for each."
+#endif
+
 // A build that compiles hot code for AVX2 too defines VOREL_WITH_AVX2 everywhere, and VOREL_INSTRUCTIONS=avx2 for
 // those compiles.
 #ifndef VOREL_INSTRUCTIONS
