@@ -31,6 +31,13 @@ inline constexpr u32 kLongestPause = 15;
 // The most turns of the second cursor.
 inline constexpr std::size_t kTrailTurns = 1024;
 
+// One of the two.
+template <int Symbols>
+struct Cursor {
+  SymbolRun<Symbols> run;
+  BitWindow window;
+};
+
 // What the second cursor found.
 template <int Symbols>
 struct Trail {
@@ -38,19 +45,55 @@ struct Trail {
   std::array<SampleOf<Symbols>, kTrailTurns * kTurnSteps * kStoredSymbols<Symbols>> symbols;
 };
 
+// Goes on with both cursors until the first has come to the second one's start, `middleOffset`, or near `last`, or the
+// second has taken so many turns. Gives where its steps end.
+template <int Symbols>
+[[gnu::always_inline]] inline const u16* GoSideBySide(Cursor<Symbols>& first, Cursor<Symbols>& second,
+                                                      const RowCodes<Symbols>& codes, const u8* frame,
+                                                      u64 middleOffset, const SampleOf<Symbols>* last,
+                                                      u64 turns, Trail<Symbols>& trail) {
+  u16* trailEnd = trail.steps.data();
+  for (; turns > 0 && first.window.offset < middleOffset && first.run.out <= last; --turns) {
+    TakeTurn(first.run, first.window, frame, codes.steps, codes.groups);
+    for (const u32 step : TakeTurn(second.run, second.window, frame, codes.steps, codes.groups))
+      *trailEnd++ = static_cast<u16>(step);
+  }
+  return trailEnd;
+}
+
+// A place of the trail, behind the step `step`.
+struct TrailPlace {
+  const u16* next;
+  u32 step;
+  u64 position;
+  std::size_t symbols;  // before it
+};
+
+// Goes to the first place of the trail that is not before the cursor. Gives whether the cursor is there.
+template <int Symbols>
+[[gnu::always_inline]] inline bool IsOnTrail(const Cursor<Symbols>& cursor, TrailPlace& place,
+                                             const u16* trailEnd) {
+  const u64 position = PositionOf(cursor.window);
+  while (place.position < position && place.next < trailEnd) {
+    place.step = *place.next++;
+    place.position += BitsOfStep(place.step);
+    place.symbols += SymbolsOfStep(place.step);
+  }
+  return place.position == position && StateOfStep(place.step) == StateOfStep(cursor.run.step);
+}
+
 // Takes one symbol, if one begins here. Gives whether one does.
 template <int Symbols>
-inline bool TakeOne(SymbolRun<Symbols>& run, BitWindow& window, const u8* frame,
-                    const RowCodes<Symbols>& codes) {
-  const u32 place = StateOfStep(run.step);
+inline bool TakeOne(Cursor<Symbols>& cursor, const u8* frame, const RowCodes<Symbols>& codes) {
+  const u32 place = StateOfStep(cursor.run.step);
   if (place >= codes.pattern.length) return false;
-  const u64 filled = FillWindow(window, frame);
+  const u64 filled = FillWindow(cursor.window, frame);
   const DecodedSymbol decoded =
       DecodeSymbol(*codes.codes, ClassAt(codes.pattern, place), static_cast<u32>(filled >> 32));
-  *run.out++ = static_cast<SampleOf<Symbols>>(decoded.symbol);
-  window.bits = filled << decoded.length;
-  window.valid -= decoded.length;
-  run.step = MakeStep(place + 1 == codes.pattern.length ? 0 : place + 1, 1, decoded.length);
+  *cursor.run.out++ = static_cast<SampleOf<Symbols>>(decoded.symbol);
+  cursor.window.bits = filled << decoded.length;
+  cursor.window.valid -= decoded.length;
+  cursor.run.step = MakeStep(place + 1 == codes.pattern.length ? 0 : place + 1, 1, decoded.length);
   return true;
 }
 
@@ -58,77 +101,71 @@ inline bool TakeOne(SymbolRun<Symbols>& run, BitWindow& window, const u8* frame,
 // apart although their symbols are the same.
 inline constexpr u32 kTurnsTillSymbols = 16;
 
+// Goes on with the first cursor until it is on the trail, near `last` or behind the trail. Gives whether it is on it.
+template <int Symbols>
+[[gnu::always_inline]] inline bool GoOnToTrail(Cursor<Symbols>& first, const RowCodes<Symbols>& codes,
+                                               const u8* frame, const SampleOf<Symbols>* last,
+                                               TrailPlace& place, const u16* trailEnd) {
+  const u16* const trailBegin = place.next;
+  bool meets = IsOnTrail(first, place, trailEnd);
+  for (u32 turn = 1; !meets && place.next < trailEnd && first.run.out <= last; ++turn) {
+    if (turn % kTurnsTillSymbols == 0 && place.next > trailBegin) {
+      for (u32 i = 0;
+           i < kMostGroupSymbols<Symbols> && !meets && place.next < trailEnd && TakeOne(first, frame, codes);
+           ++i)
+        meets = IsOnTrail(first, place, trailEnd);
+    } else {
+      TakeTurn(first.run, first.window, frame, codes.steps, codes.groups);
+      meets = IsOnTrail(first, place, trailEnd);
+    }
+  }
+  return meets;
+}
+
+// Takes over what the second cursor found behind the place, as far as whole steps fit before the end of the run.
+template <int Symbols>
+inline void TakeOver(BitReader& reader, SymbolRun<Symbols>& run, const SampleOf<Symbols>* end,
+                     const Cursor<Symbols>& second, const Trail<Symbols>& trail, const TrailPlace& place,
+                     const u16* trailEnd) {
+  std::size_t count = static_cast<std::size_t>(second.run.out - trail.symbols.data()) - place.symbols;
+  u64 position = PositionOf(second.window);
+  for (const auto room = static_cast<std::size_t>(end - run.out); count > room;) {
+    const u32 step = *--trailEnd;
+    count -= SymbolsOfStep(step);
+    position -= BitsOfStep(step);
+  }
+  std::copy_n(trail.symbols.data() + place.symbols, count, run.out);
+  if (trailEnd > place.next) run.step = trailEnd[-1];
+  run.out += count;
+  reader.position = position;
+}
+
 // Decodes a run from its start and from bit `middle`, as far as the second cursor comes, or, if they do not meet, as
 // far as the first does. Gives whether they met.
 //
 // end         of the run
 // readableTo  offset of the bytes that must not be loaded
 template <int Symbols>
-[[gnu::noinline]] bool GetFromTwo(BitReader& reader, const RowCodes<Symbols>& codes,
-                                  SymbolRun<Symbols>& runSoFar, const SampleOf<Symbols>* end, u64 middle,
-                                  u64 readableTo) {
+[[gnu::noinline]] bool GetFromTwo(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& run,
+                                  const SampleOf<Symbols>* end, u64 middle, u64 readableTo) {
   Trail<Symbols> trail;
   const u8* const frame = reader.frame;
-  const u16* const steps = codes.steps;
-  const u64* const groups = codes.groups;
-  SymbolRun<Symbols> first = runSoFar;
-  SymbolRun<Symbols> second = {trail.symbols.data(), kStepBeforeRun};
-  BitWindow firstWindow = OpenWindow(frame, reader.position);
-  BitWindow secondWindow = OpenWindow(frame, middle);
+  const RowCodes<Symbols> tables = codes;  // in registers: stores through u8* could otherwise alter them
+  Cursor<Symbols> first = {run, OpenWindow(frame, reader.position)};
+  Cursor<Symbols> second = {{trail.symbols.data(), kStepBeforeRun}, OpenWindow(frame, middle)};
   // A turn takes this many bits at most. Loads end 16 bytes behind the position of a cursor at most, and the first one is
   // at most a symbol behind the end of the trail when it loads.
   constexpr u64 kTurnBits = kTurnSteps * kGroupBits;
   const u64 middleOffset = middle >> 3;
-  u64 turns = std::min<u64>(kTrailTurns, (readableTo - middleOffset - 24) * 8 / kTurnBits);
+  const u64 turns = std::min<u64>(kTrailTurns, (readableTo - middleOffset - 24) * 8 / kTurnBits);
   const SampleOf<Symbols>* const last = end - kTurnSymbols<Symbols>;
-  u16* trailEnd = trail.steps.data();
-  for (; turns > 0 && firstWindow.offset < middleOffset && first.out <= last; --turns) {
-    TakeTurn(first, firstWindow, frame, steps, groups);
-    for (const u32 step : TakeTurn(second, secondWindow, frame, steps, groups))
-      *trailEnd++ = static_cast<u16>(step);
-  }
-
-  const u16* met = trail.steps.data();
-  u32 metStep = kStepBeforeRun;
-  u64 metPosition = middle;
-  std::size_t passed = 0;  // symbols before the place of the trail
-  const auto haveMet = [&] {
-    const u64 position = PositionOf(firstWindow);
-    while (metPosition < position && met < trailEnd) {
-      metStep = *met++;
-      metPosition += BitsOfStep(metStep);
-      passed += SymbolsOfStep(metStep);
-    }
-    return metPosition == position && StateOfStep(metStep) == StateOfStep(first.step);
-  };
-  bool meets = haveMet();
-  for (u32 turn = 1; !meets && met < trailEnd && first.out <= last; ++turn) {
-    if (turn % kTurnsTillSymbols == 0 && met > trail.steps.data()) {
-      for (u32 i = 0; i < kMostGroupSymbols<Symbols> && !meets && met < trailEnd &&
-                      TakeOne(first, firstWindow, frame, codes);
-           ++i)
-        meets = haveMet();
-    } else {
-      TakeTurn(first, firstWindow, frame, steps, groups);
-      meets = haveMet();
-    }
-  }
-  runSoFar = first;
-  reader.position = PositionOf(firstWindow);
-  if (!meets) return false;
-
-  std::size_t count = static_cast<std::size_t>(second.out - trail.symbols.data()) - passed;
-  u64 position = PositionOf(secondWindow);
-  for (const auto room = static_cast<std::size_t>(end - first.out); count > room;) {
-    const u32 step = *--trailEnd;
-    count -= SymbolsOfStep(step);
-    position -= BitsOfStep(step);
-  }
-  std::copy_n(trail.symbols.data() + passed, count, first.out);
-  if (trailEnd > met) runSoFar.step = trailEnd[-1];
-  runSoFar.out += count;
-  reader.position = position;
-  return true;
+  const u16* const trailEnd = GoSideBySide(first, second, tables, frame, middleOffset, last, turns, trail);
+  TrailPlace place = {trail.steps.data(), kStepBeforeRun, middle, 0};
+  const bool meets = GoOnToTrail(first, tables, frame, last, place, trailEnd);
+  run = first.run;
+  reader.position = PositionOf(first.window);
+  if (meets) TakeOver(reader, run, end, second, trail, place, trailEnd);
+  return meets;
 }
 
 // Decodes most of a run from two places if it is likely to be long and the guess is worth something.
