@@ -1,6 +1,9 @@
 #include "bench/frames.h"
 
+#include <array>
 #include <cstring>
+
+#include "frame/instruction_set.h"
 
 namespace vorel::bench {
 namespace {
@@ -55,26 +58,80 @@ void Copy(benchmark::State& state, const Member& member, const std::vector<const
   });
 }
 
+void EncodeOne(const Member& member, const Item& item, std::vector<u32>& frame) {
+  RunRoutine(*member.encode, SizeOf(item), item.job->rowBytes, PictureOf(item).data(), frame.data(), nullptr);
+}
+
 void Encode(benchmark::State& state, const Member& member, const std::vector<const Sequence*>& sequences) {
   const std::vector<Item> items = ItemsOf(JobsOf(sequences, member.pixelName));
   CodedFrames& coded = Coded(member, items);
-  Measure(state, items, coded.bytes, [&](std::size_t i) {
-    RunRoutine(*member.encode, SizeOf(items[i]), items[i].job->rowBytes, PictureOf(items[i]).data(),
-               coded.frames[i].data(), nullptr);
-  });
+  Measure(state, items, coded.bytes, [&](std::size_t i) { EncodeOne(member, items[i], coded.frames[i]); });
+}
+
+// What a decoder works on besides the frame.
+struct DecodeRoom {
+  std::vector<u8> picture;
+  std::vector<u8> scratch;
+};
+
+DecodeRoom DecodeRoomFor(const Member& member, const std::vector<Item>& items) {
+  u32 widest = 0;
+  for (const Item& item : items) widest = std::max(widest, SizeOf(item).width);
+  return {RoomForAnyPicture(items), RoomFor(member, {widest, 1}).scratch};
+}
+
+void DecodeOne(const Member& member, const Item& item, const std::vector<u32>& frame, DecodeRoom& room) {
+  RunRoutine(*member.decode, SizeOf(item), item.job->rowBytes, room.picture.data(), frame.data(),
+             room.scratch.data());
 }
 
 void Decode(benchmark::State& state, const Member& member, const std::vector<const Sequence*>& sequences) {
   const std::vector<Item> items = ItemsOf(JobsOf(sequences, member.pixelName));
   const CodedFrames& coded = Coded(member, items);
-  std::vector<u8> picture = RoomForAnyPicture(items);
-  u32 widest = 0;
-  for (const Item& item : items) widest = std::max(widest, SizeOf(item).width);
-  std::vector<u8> scratch(RoomFor(member, {widest, 1}).scratch);
-  Measure(state, items, coded.bytes, [&](std::size_t i) {
-    RunRoutine(*member.decode, SizeOf(items[i]), items[i].job->rowBytes, picture.data(),
-               coded.frames[i].data(), scratch.data());
-  });
+  DecodeRoom room = DecodeRoomFor(member, items);
+  Measure(state, items, coded.bytes,
+          [&](std::size_t i) { DecodeOne(member, items[i], coded.frames[i], room); });
+}
+
+// Runs `once` with the number of every item on both instruction sets, one right after the other, and gives of how many
+// times one is as fast as the other the one in the middle: what slows both down does not count.
+template <typename Once>
+void MeasureSets(benchmark::State& state, const std::vector<Item>& items, Once once) {
+  constexpr std::array kSets = {InstructionSet::baseline, InstructionSet::avx2};
+  const InstructionSet before = InstructionSetInUse();
+  std::vector<double> gains;
+  for (auto unused : state) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      std::array<double, kSets.size()> times;
+      for (std::size_t set = 0; set < kSets.size(); ++set) {
+        UseInstructionSet(kSets[set]);
+        const double start = Now();
+        once(i);
+        benchmark::ClobberMemory();
+        times[set] = Now() - start;
+      }
+      gains.push_back(times[0] / times[1]);
+    }
+  }
+  UseInstructionSet(before);
+  const auto middle = gains.begin() + static_cast<std::ptrdiff_t>(gains.size() / 2);
+  std::nth_element(gains.begin(), middle, gains.end());
+  state.counters["gain"] = *middle;
+}
+
+void EncodeOnSets(benchmark::State& state, const Member& member,
+                  const std::vector<const Sequence*>& sequences) {
+  const std::vector<Item> items = ItemsOf(JobsOf(sequences, member.pixelName));
+  CodedFrames& coded = Coded(member, items);
+  MeasureSets(state, items, [&](std::size_t i) { EncodeOne(member, items[i], coded.frames[i]); });
+}
+
+void DecodeOnSets(benchmark::State& state, const Member& member,
+                  const std::vector<const Sequence*>& sequences) {
+  const std::vector<Item> items = ItemsOf(JobsOf(sequences, member.pixelName));
+  const CodedFrames& coded = Coded(member, items);
+  DecodeRoom room = DecodeRoomFor(member, items);
+  MeasureSets(state, items, [&](std::size_t i) { DecodeOne(member, items[i], coded.frames[i], room); });
 }
 
 }  // namespace
@@ -89,6 +146,9 @@ void RegisterFrames(const Member& member, const std::string& group,
   add("memcpy", Copy);
   add("encode", Encode);
   add("decode", Decode);
+  if (BestInstructionSet() == InstructionSet::baseline) return;
+  add("sets/encode", EncodeOnSets);
+  add("sets/decode", DecodeOnSets);
 }
 
 }  // namespace vorel::bench

@@ -18,7 +18,7 @@ InstructionSet BestInstructionSet();
 // In use: the best one, unless another was chosen.
 InstructionSet InstructionSetInUse();
 
-// For tests and measurements, before any frame is coded. False if this processor doesn't have it.
+// For tests and measurements, while no frame is being coded. False if this processor doesn't have it.
 bool UseInstructionSet(InstructionSet set);
 
 }  // namespace vorel
