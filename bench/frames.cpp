@@ -1,5 +1,6 @@
 #include "bench/frames.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -93,8 +94,8 @@ void Decode(benchmark::State& state, const Member& member, const std::vector<con
           [&](std::size_t i) { DecodeOne(member, items[i], coded.frames[i], room); });
 }
 
-// Runs `once` with the number of every item on both instruction sets, one right after the other, and gives of how many
-// times one is as fast as the other the one in the middle: what slows both down does not count.
+// Runs `once` with the number of every item on both instruction sets, one right after the other. Reports how many times
+// as fast the second set is, the middle of all items: what slows both down does not count.
 template <typename Once>
 void MeasureSets(benchmark::State& state, const std::vector<Item>& items, Once once) {
   constexpr std::array kSets = {InstructionSet::baseline, InstructionSet::avx2};
