@@ -1,17 +1,22 @@
 // Speed of the frame routines, one thread, beside memcpy and other lossless coders in the same run.
 //
 //   vorel-bench [--corpus=FOLDER] [--members=LIST] [--instructions=NAME] [--dump=FILE]
-//               [options of Google Benchmark]
+//               [--converted=LIST] [--rounds=NUMBER] [options of Google Benchmark]
 //
 // FOLDER holds a folder of PNG files for each kind of picture; without it the clip in samples/ is used. LIST names
 // pairs of frame format and pixel format, as "YCbCr8bv422p/2vuy,RGB8bfp/RGB"; without it some of every format run.
 // NAME is an instruction set, "baseline" or "avx2"; without it the best one that the processor has is used.
+// Members of --converted are measured in turns with that of --members which has the same frame format.
+// All that is chosen runs as often as --rounds tells, 1 if it doesn't, and the figures of the last round are those
+// of all rounds: neighbours on a shared machine come and go.
 // FILE gets the first picture of each folder, for vorel-bench-members; nothing is measured then.
 // Figures: MB/s of raw picture, nanoseconds and cycles per pixel, the fastest of each picture in processor
 // time, and how many times smaller the frames are. A cycle is one step of a chain of dependent additions,
-// timed in this run: shared machines change their clock and their neighbours, so only ratios travel.
+// timed in this run. Only ratios travel to other machines.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <stdexcept>
 
@@ -21,6 +26,7 @@
 #include "bench/peers.h"
 #include "bench/picture_files.h"
 #include "bench/raw_pictures.h"
+#include "bench/turns.h"
 #include "frame/instruction_set.h"
 
 namespace vorel::bench {
@@ -38,6 +44,8 @@ struct Options {
   std::string members = kDefaultMembers;
   std::string instructions;
   std::string dump;
+  std::string converted;
+  std::string rounds = "1";
 };
 
 // Takes what is ours out of the arguments; returns how many are left.
@@ -49,7 +57,9 @@ int ReadOptions(int count, char** arguments, Options& options) {
   const Place places[] = {{"--corpus=", options.corpus},
                           {"--members=", options.members},
                           {"--instructions=", options.instructions},
-                          {"--dump=", options.dump}};
+                          {"--dump=", options.dump},
+                          {"--converted=", options.converted},
+                          {"--rounds=", options.rounds}};
   int kept = 1;
   for (int i = 1; i < count; ++i) {
     const std::string argument = arguments[i];
@@ -72,6 +82,26 @@ void UseInstructions(const std::string& name) {
     throw std::runtime_error("--instructions=" + name + ": this processor doesn't have it");
   }
   throw std::runtime_error("--instructions=" + name + ": unknown; there are baseline and avx2");
+}
+
+// Throws std::runtime_error.
+int RoundsOf(const std::string& text) {
+  int rounds = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, rounds);
+  if (error != std::errc{} || stop != end || rounds < 1)
+    throw std::runtime_error("--rounds=" + text + ": not a number from 1 on");
+  return rounds;
+}
+
+// The member without conversions; throws std::runtime_error.
+const Member& DirectOf(const Member& converted, const std::vector<Member>& members) {
+  for (const Member& member : members) {
+    if (member.encode->layout == converted.encode->layout && member.encode->scan == converted.encode->scan)
+      return member;
+  }
+  throw std::runtime_error("--converted: " + converted.name +
+                           ": no member of --members has its frame format");
 }
 
 // Pictures that a group of benchmarks runs on.
@@ -107,13 +137,30 @@ std::string NamesOf(const std::vector<Sequence>& sequences) {
   return names;
 }
 
+// The library's default reporters serve one call alone.
+void RunRounds(int rounds, bool hasFile) {
+  if (rounds == 1) {
+    benchmark::RunSpecifiedBenchmarks();
+    return;
+  }
+  for (int round = 0; round < rounds; ++round) {
+    benchmark::ConsoleReporter table(benchmark::ConsoleReporter::OO_None);
+    benchmark::JSONReporter file;
+    benchmark::RunSpecifiedBenchmarks(&table, hasFile ? &file : nullptr);
+  }
+}
+
 int Main(int count, char** arguments) {
   Options options;
   int kept = ReadOptions(count, arguments, options);
+  const bool hasFile = std::any_of(arguments, arguments + kept, [](const char* argument) {
+    return std::string(argument).starts_with("--benchmark_out=");
+  });
   benchmark::Initialize(&kept, arguments);
   if (benchmark::ReportUnrecognizedArguments(kept, arguments)) return 2;
   if (!options.instructions.empty()) UseInstructions(options.instructions);
   const std::vector<Member> members = FindMembers(options.members);
+  const int rounds = RoundsOf(options.rounds);
   std::vector<Sequence> sequences;
   if (options.corpus.empty()) {
     sequences.push_back(LoadSampleClip(VOREL_SOURCE_FOLDER "/samples/brook_640x360p_8.y4m"));
@@ -126,7 +173,14 @@ int Main(int count, char** arguments) {
   }
   const std::vector<Group> groups = GroupsOf(sequences);
   for (const Member& member : members) {
-    for (const Group& group : groups) RegisterFrames(member, group.name, group.sequences);
+    for (const Group& group : groups) {
+      RegisterFrames(member, group.name, group.sequences);
+      RegisterSets(member, group.name, group.sequences);
+    }
+  }
+  for (const Member& member : FindMembers(options.converted)) {
+    for (const Group& group : groups)
+      RegisterShare(DirectOf(member, members), member, group.name, group.sequences);
   }
   for (const Group& group : groups) RegisterPeers(group.name, group.sequences);
   RegisterComponents(groups[0].sequences);
@@ -135,7 +189,7 @@ int Main(int count, char** arguments) {
   benchmark::AddCustomContext("instructions", kInstructionSetNames[static_cast<int>(InstructionSetInUse())]);
   benchmark::AddCustomContext("peers", PeerVersions());
   benchmark::AddCustomContext("pictures", NamesOf(sequences));
-  benchmark::RunSpecifiedBenchmarks();
+  RunRounds(rounds, hasFile);
   return 0;
 }
 

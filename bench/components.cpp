@@ -1,6 +1,5 @@
 #include "bench/components.h"
 
-#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -64,57 +63,32 @@ struct Prepared {
   std::vector<u8> scratch;
 };
 
-double Median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
-                   values.end());
-  return values[values.size() / 2];
-}
+// A frame of a sequence.
+struct Place {
+  Prepared* clip;
+  std::size_t number;
+};
 
-template <typename Work>
-double TimeOf(Work work) {
-  const double start = Now();
-  work();
-  benchmark::ClobberMemory();
-  return Now() - start;
-}
-
-// Which goes first changes with every pair.
 template <typename Direct, typename Component>
-void Pair(benchmark::State& state, const std::vector<const Sequence*>& sequences, const std::string& name,
-          Direct direct, Component component) {
+void TakeTurns(benchmark::State& state, Timings& timings, const std::vector<const Sequence*>& sequences,
+               const std::string& name, Direct direct, Component component) {
   const tool::HostSession host;
   std::vector<std::unique_ptr<Prepared>> prepared;
-  for (const Sequence* sequence : sequences) prepared.push_back(std::make_unique<Prepared>(*sequence, name));
-  std::vector<double> directTimes;
-  std::vector<double> componentTimes;
-  std::vector<double> ratios;
-  bool isDirectFirst = true;
-  for (auto unused : state) {
-    for (const auto& clip : prepared) {
-      for (std::size_t i = 0; i < clip->frames.size(); ++i) {
-        double times[2];
-        for (int turn = 0; turn < 2; ++turn) {
-          const bool isDirect = isDirectFirst == (turn == 0);
-          times[isDirect ? 0 : 1] =
-              isDirect ? TimeOf([&] { direct(*clip, i); }) : TimeOf([&] { component(*clip, i); });
-        }
-        isDirectFirst = !isDirectFirst;
-        const double area = double(clip->format.width) * clip->format.height;
-        directTimes.push_back(times[0] / area);
-        componentTimes.push_back(times[1] / area);
-        ratios.push_back(times[1] / times[0]);
-      }
-    }
+  std::vector<Place> places;
+  for (const Sequence* sequence : sequences) {
+    prepared.push_back(std::make_unique<Prepared>(*sequence, name));
+    for (std::size_t i = 0; i < prepared.back()->frames.size(); ++i)
+      places.push_back({prepared.back().get(), i});
   }
-  state.counters["direct ns/px"] = Median(directTimes) * 1e9;
-  state.counters["component ns/px"] = Median(componentTimes) * 1e9;
-  state.counters["ratio"] = Median(ratios);
-  state.counters["pairs"] = double(ratios.size());
+  MeasureInTurns(
+      state, places.size(), timings, [&](std::size_t i) { direct(*places[i].clip, places[i].number); },
+      [&](std::size_t i) { component(*places[i].clip, places[i].number); });
 }
 
-void Encode(benchmark::State& state, const std::vector<const Sequence*>& sequences, const std::string& name) {
-  Pair(
-      state, sequences, name,
+void Encode(benchmark::State& state, Timings& timings, const std::vector<const Sequence*>& sequences,
+            const std::string& name) {
+  TakeTurns(
+      state, timings, sequences, name,
       [](Prepared& clip, std::size_t i) {
         tool::EncodeFrame(clip.pictures[i], clip.coding, clip.directBuffer, "");
       },
@@ -123,9 +97,10 @@ void Encode(benchmark::State& state, const std::vector<const Sequence*>& sequenc
       });
 }
 
-void Decode(benchmark::State& state, const std::vector<const Sequence*>& sequences, const std::string& name) {
-  Pair(
-      state, sequences, name,
+void Decode(benchmark::State& state, Timings& timings, const std::vector<const Sequence*>& sequences,
+            const std::string& name) {
+  TakeTurns(
+      state, timings, sequences, name,
       [](Prepared& clip, std::size_t i) {
         tool::DecodeFrame(clip.frames[i], clip.clip, clip.copy, clip.scratch, "");
       },
@@ -138,10 +113,12 @@ void Decode(benchmark::State& state, const std::vector<const Sequence*>& sequenc
 
 void RegisterComponents(const std::vector<const Sequence*>& sequences) {
   for (const std::string name : kPixelFormats) {
-    benchmark::RegisterBenchmark(("component/encode/" + name).c_str(), Encode, sequences, name)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark(("component/decode/" + name).c_str(), Decode, sequences, name)
-        ->Unit(benchmark::kMillisecond);
+    const auto add = [&](const char* operation, auto* run) {
+      Register(operation + name,
+               [=](benchmark::State& state, Timings& timings) { run(state, timings, sequences, name); });
+    };
+    add("component/encode/", Encode);
+    add("component/decode/", Decode);
   }
 }
 

@@ -6,9 +6,8 @@
 
 namespace vorel::bench {
 
-// Registers component/encode/PIXEL and component/decode/PIXEL for pixel formats of several families. Every
-// picture goes both ways, one after the other, in turns; told are the medians of their times and of the ratios
-// of each pair.
+// Registers component/encode/PIXEL and component/decode/PIXEL for pixel formats of several families: how many times
+// as fast components are as the dispatch, in turns.
 void RegisterComponents(const std::vector<const Sequence*>& sequences);
 
 }  // namespace vorel::bench

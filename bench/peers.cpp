@@ -81,19 +81,19 @@ const CodedPictures& Coded(const Peer& peer, const SampleClass& kind,
   return coded;
 }
 
-void Encode(benchmark::State& state, const Peer& peer, const SampleClass& kind,
+void Encode(benchmark::State& state, Timings& timings, const Peer& peer, const SampleClass& kind,
             const std::vector<const Sequence*>& sequences) {
   const CodedPictures& coded = Coded(peer, kind, sequences);
   CodedParts file;
-  Measure(state, ItemsOf(JobsOf(sequences, kind.pixelName)), coded.bytes,
+  Measure(state, ItemsOf(JobsOf(sequences, kind.pixelName)), coded.bytes, timings,
           [&](std::size_t i) { peer.encode(coded.pictures[i], file, Results::left); });
 }
 
-void Decode(benchmark::State& state, const Peer& peer, const SampleClass& kind,
+void Decode(benchmark::State& state, Timings& timings, const Peer& peer, const SampleClass& kind,
             const std::vector<const Sequence*>& sequences) {
   const CodedPictures& coded = Coded(peer, kind, sequences);
   Samples picture = {};
-  Measure(state, ItemsOf(JobsOf(sequences, kind.pixelName)), coded.bytes, [&](std::size_t i) {
+  Measure(state, ItemsOf(JobsOf(sequences, kind.pixelName)), coded.bytes, timings, [&](std::size_t i) {
     picture.shape = coded.pictures[i].shape;
     picture.bytes.resize(coded.pictures[i].bytes.size());
     peer.decode(coded.files[i], picture, Results::left);
@@ -109,9 +109,9 @@ void RegisterPeers(const std::string& group, const std::vector<const Sequence*>&
       if (peer->arrangement(ShapeOf(kind, *sequences[0])) == Arrangement::none) continue;
       const std::string title = std::string(peer->name) + '/' + kind.pixelName + '/' + group;
       const auto add = [&](const char* operation, auto* run) {
-        benchmark::RegisterBenchmark((operation + title).c_str(), [=](benchmark::State& state) {
-          run(state, *peer, kind, sequences);
-        })->Unit(benchmark::kMillisecond);
+        Register(operation + title, [=](benchmark::State& state, Timings& timings) {
+          run(state, timings, *peer, kind, sequences);
+        });
       };
       add("encode/", &Encode);
       add("decode/", &Decode);
