@@ -1,6 +1,7 @@
 // Chroma from each pixel to each pair and back. Y' and alpha are not touched.
 #pragma once
 #include "base/instructions.h"
+#include "pixel/lane_arithmetic.h"
 #include "pixel/sample_strip.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
@@ -16,11 +17,15 @@ struct ChromaCarry {
 // half. Cell -1 is read. ExtraBits more are cut off in the same step. Values before the cut may have a sign.
 template <int ExtraBits>
 void FilterChroma(const i16* __restrict pixels, i16* __restrict pairs) {
-  constexpr i32 kHalf = 2 << ExtraBits;
-  for (i32 k = 0; k < static_cast<i32>(kStripPairs); ++k) {
-    const i32 sum = pixels[2 * k - 1] + 2 * pixels[2 * k] + pixels[2 * k + 1];
-    pairs[k] = static_cast<i16>((sum + kHalf) >> (2 + ExtraBits));
-  }
+  const Lanes ones = All(1);
+  // Of kLanes / 2 pairs: C[-1] + C[0] and C[0] + C[1] are numbers that lie side by side.
+  const auto filter = [&](const i16* pixel) {
+    const WideLanes sum =
+        SumProducts(LoadNative<Lanes>(pixel - 1), ones) + SumProducts(LoadNative<Lanes>(pixel), ones);
+    return (sum + (2 << ExtraBits)) >> (2 + ExtraBits);
+  };
+  for (u32 k = 0; k < kStripPairs; k += kLanes)
+    StoreNative(pairs + k, PackInOrder(filter(pixels + 2 * k), filter(pixels + 2 * k + kLanes)));
 }
 
 static_assert(kStripMargin >= 1);

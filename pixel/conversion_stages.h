@@ -13,7 +13,7 @@
 #include "base/instructions.h"
 #include "pixel/conversion.h"
 #include "pixel/load.h"
-#include "pixel/matrix.h"
+#include "pixel/matrix8.h"
 #include "pixel/range_map.h"
 #include "pixel/store.h"
 

@@ -30,6 +30,9 @@ struct ColourWeights {
   i16 red, green, blue;
   i16 redSpan, blueSpan;  // span of Y' less the weight of the colour
   Reciprocal byGreen, byRedSpan, byBlueSpan;
+  // The span of chroma by those of red and blue, times 2^15, and 2^(15 + bits) by the weight of green.
+  i16 redRatio, blueRatio;
+  u16 greenReciprocal;
 };
 
 struct RedAndBlue {
@@ -59,6 +62,9 @@ constexpr ColourWeights MakeWeights(int bits, u32 colourStandard) {
   const i32 green = span - weights.red - weights.blue;
   const i32 redSpan = span - weights.red;
   const i32 blueSpan = span - weights.blue;
+  const auto chromaRatio = [bits](i32 colourSpan) {
+    return static_cast<i16>(((112 << (bits - 8 + 15)) + colourSpan / 2) / colourSpan);
+  };
   return {weights.red,
           static_cast<i16>(green),
           weights.blue,
@@ -66,7 +72,10 @@ constexpr ColourWeights MakeWeights(int bits, u32 colourStandard) {
           static_cast<i16>(blueSpan),
           MakeReciprocal(static_cast<u32>(green)),
           MakeReciprocal(static_cast<u32>(redSpan)),
-          MakeReciprocal(static_cast<u32>(blueSpan))};
+          MakeReciprocal(static_cast<u32>(blueSpan)),
+          chromaRatio(redSpan),
+          chromaRatio(blueSpan),
+          static_cast<u16>(((1 << (15 + bits)) + green - 1) / green)};
 }
 
 }  // namespace vorel

@@ -1,0 +1,171 @@
+// Products and packing of vectors of 16-bit numbers, which the compiler does not make of loops over plain numbers: a
+// matrix needs sums of products of 32 bits and high halves of products of 16.
+#pragma once
+#include "base/lanes.h"
+
+#if defined(__SSE2__) && !defined(__AVX2__)
+#include <emmintrin.h>
+#endif
+
+namespace vorel::inline VOREL_INSTRUCTIONS {
+
+// Half as many numbers of 32 bits.
+using WideLanes = i32 __attribute__((vector_size(2 * kLanes)));
+
+inline Lanes All(i32 value) {
+  return Lanes{} + static_cast<i16>(value);
+}
+inline Lanes AllPairs(i32 first, i32 second) {
+  const u32 pair = static_cast<u16>(first) | static_cast<u32>(second) << 16;
+  return (Lanes)(WideLanes{} + static_cast<i32>(pair));
+}
+
+#ifdef __SSE2__
+
+#ifdef __AVX2__
+using NativeLanes = __m256i;
+#define VOREL_LANES(OPERATION) _mm256_##OPERATION
+#else
+using NativeLanes = __m128i;
+#define VOREL_LANES(OPERATION) _mm_##OPERATION
+#endif
+
+// a[2k] * b[2k] + a[2k + 1] * b[2k + 1].
+inline WideLanes SumProducts(Lanes a, Lanes b) {
+  return (WideLanes)VOREL_LANES(madd_epi16)((NativeLanes)a, (NativeLanes)b);
+}
+
+// Upper halves of products without a sign.
+inline WrappingLanes MultiplyHigh(WrappingLanes a, WrappingLanes b) {
+  return (WrappingLanes)VOREL_LANES(mulhi_epu16)((NativeLanes)a, (NativeLanes)b);
+}
+
+// Both to one vector, within each part: what two vectors were interleaved to comes back in order. Numbers outside 16 bits
+// become the nearest.
+inline Lanes Pack(WideLanes low, WideLanes high) {
+  return (Lanes)VOREL_LANES(packs_epi32)((NativeLanes)low, (NativeLanes)high);
+}
+
+inline Lanes Limit(Lanes value, Lanes least, Lanes most) {
+  return (Lanes)VOREL_LANES(min_epi16)(VOREL_LANES(max_epi16)((NativeLanes)value, (NativeLanes)least),
+                                       (NativeLanes)most);
+}
+
+#undef VOREL_LANES
+
+#else
+
+inline WideLanes SumProducts(Lanes a, Lanes b) {
+  WideLanes sums;
+  for (u32 k = 0; k < kLanes / 2; ++k) sums[k] = i32{a[2 * k]} * b[2 * k] + i32{a[2 * k + 1]} * b[2 * k + 1];
+  return sums;
+}
+inline WrappingLanes MultiplyHigh(WrappingLanes a, WrappingLanes b) {
+  WrappingLanes high;
+  for (u32 k = 0; k < kLanes; ++k) high[k] = static_cast<u16>(u32{a[k]} * b[k] >> 16);
+  return high;
+}
+inline Lanes Pack(WideLanes low, WideLanes high) {
+  Lanes packed;
+  for (u32 k = 0; k < kLanes; ++k) {
+    const i32 value = k < kLanes / 2 ? low[k] : high[k - kLanes / 2];
+    packed[k] = static_cast<i16>(value < -32768 ? -32768 : value > 32767 ? 32767 : value);
+  }
+  return packed;
+}
+inline Lanes Limit(Lanes value, Lanes least, Lanes most) {
+  value = Select(value < least, least, value);
+  return Select(value > most, most, value);
+}
+
+#endif
+
+// Pack for numbers from 0 to 65535.
+inline WrappingLanes PackUnsigned(WideLanes low, WideLanes high) {
+#ifdef __AVX2__
+  return (WrappingLanes)_mm256_packus_epi32((__m256i)low, (__m256i)high);
+#else
+  return (WrappingLanes)Pack(low - 32768, high - 32768) ^ 0x8000;
+#endif
+}
+
+// (value * ratio + half) / 2^15, rounded down, of values from -511 to 511.
+inline Lanes ScaleRounded(Lanes value, Lanes ratio) {
+#ifdef __AVX2__
+  return (Lanes)_mm256_mulhrs_epi16((__m256i)value, (__m256i)ratio);
+#elif defined(__SSE2__)
+  return ((Lanes)_mm_mulhi_epi16((__m128i)(value << 6), (__m128i)ratio) + 16) >> 5;
+#else
+  Lanes scaled;
+  for (u32 k = 0; k < kLanes; ++k) scaled[k] = static_cast<i16>((value[k] * ratio[k] + (1 << 14)) >> 15);
+  return scaled;
+#endif
+}
+
+// Pack, with all numbers in the order of their places in memory.
+inline Lanes PackInOrder(WideLanes first, WideLanes second) {
+  const Lanes packed = Pack(first, second);
+#ifdef __AVX2__
+  return (Lanes)_mm256_permute4x64_epi64((__m256i)packed, 0xD8);
+#else
+  return packed;
+#endif
+}
+
+// Low and high halves of two vectors interleaved, so that SumProducts takes the two numbers of a place together.
+struct LanePairs {
+  Lanes low;
+  Lanes high;
+};
+inline LanePairs PairUp(Lanes a, Lanes b) {
+  return {Interleave<false, u16>(a, b), Interleave<true, u16>(a, b)};
+}
+
+struct WidePairs {
+  WideLanes low;
+  WideLanes high;
+};
+inline WidePairs SumProducts(LanePairs pairs, Lanes factors) {
+  return {SumProducts(pairs.low, factors), SumProducts(pairs.high, factors)};
+}
+inline WidePairs operator+(WidePairs a, WidePairs b) {
+  return {a.low + b.low, a.high + b.high};
+}
+inline WidePairs operator+(WidePairs a, i32 b) {
+  return {a.low + b, a.high + b};
+}
+inline WidePairs operator-(WidePairs a, WidePairs b) {
+  return {a.low - b.low, a.high - b.high};
+}
+inline WidePairs operator&(WidePairs a, i32 b) {
+  return {a.low & b, a.high & b};
+}
+inline WidePairs operator>>(WidePairs a, int bits) {
+  return {a.low >> bits, a.high >> bits};
+}
+// -1 where it is so.
+inline WidePairs operator>(WidePairs a, i32 b) {
+  return {a.low > b, a.high > b};
+}
+inline WidePairs MagnitudeOf(WidePairs a) {
+#ifdef __AVX2__
+  return {(WideLanes)_mm256_abs_epi32((__m256i)a.low), (WideLanes)_mm256_abs_epi32((__m256i)a.high)};
+#else
+  const WidePairs signs = a >> 31;
+  return {(a.low ^ signs.low) - signs.low, (a.high ^ signs.high) - signs.high};
+#endif
+}
+inline Lanes Pack(WidePairs a) {
+  return Pack(a.low, a.high);
+}
+inline WrappingLanes PackUnsigned(WidePairs a) {
+  return PackUnsigned(a.low, a.high);
+}
+
+// `magnitude`, negative where `sign` is.
+inline Lanes WithSignOf(Lanes magnitude, Lanes sign) {
+  const Lanes mask = sign >> 15;
+  return (magnitude ^ mask) - mask;
+}
+
+}  // namespace vorel::inline VOREL_INSTRUCTIONS
