@@ -33,9 +33,9 @@ static_assert(kStripMargin >= 1);
 // The first pixel of a pair takes its chroma, the second the mean of its pair and the next. The cell behind
 // the last pair is read.
 [[gnu::noinline]] inline void InterpolateChroma(const i16* __restrict pairs, i16* __restrict pixels) {
-  for (u32 k = 0; k < kStripPairs; ++k) {
-    pixels[2 * k] = pairs[k];
-    pixels[2 * k + 1] = static_cast<i16>((pairs[k] + pairs[k + 1] + 1) >> 1);
+  for (u32 k = 0; k < kStripPairs; k += kLanes) {
+    const auto own = LoadNative<Lanes>(pairs + k);
+    StoreInterleaved(own, MeanOf(own, LoadNative<Lanes>(pairs + k + 1)), pixels + 2 * k);
   }
 }
 

@@ -51,6 +51,11 @@ inline Lanes Limit(Lanes value, Lanes least, Lanes most) {
                                        (NativeLanes)most);
 }
 
+// (a + b + 1) / 2 of numbers without a sign.
+inline Lanes MeanOf(Lanes a, Lanes b) {
+  return (Lanes)VOREL_LANES(avg_epu16)((NativeLanes)a, (NativeLanes)b);
+}
+
 #undef VOREL_LANES
 
 #else
@@ -76,6 +81,9 @@ inline Lanes Pack(WideLanes low, WideLanes high) {
 inline Lanes Limit(Lanes value, Lanes least, Lanes most) {
   value = Select(value < least, least, value);
   return Select(value > most, most, value);
+}
+inline Lanes MeanOf(Lanes a, Lanes b) {
+  return (Lanes)(((WrappingLanes)a | (WrappingLanes)b) - (((WrappingLanes)a ^ (WrappingLanes)b) >> 1));
 }
 
 #endif
@@ -119,6 +127,21 @@ struct LanePairs {
 };
 inline LanePairs PairUp(Lanes a, Lanes b) {
   return {Interleave<false, u16>(a, b), Interleave<true, u16>(a, b)};
+}
+
+// The numbers of both by turns.
+inline void StoreInterleaved(Lanes a, Lanes b, void* to) {
+  const LanePairs pairs = PairUp(a, b);
+  u8* const bytes = static_cast<u8*>(to);
+#ifdef __AVX2__
+  StoreNative(bytes, LowPart(pairs.low));
+  StoreNative(bytes + 16, LowPart(pairs.high));
+  StoreNative(bytes + 32, HighPart(pairs.low));
+  StoreNative(bytes + 48, HighPart(pairs.high));
+#else
+  StoreNative(bytes, pairs.low);
+  StoreNative(bytes + 16, pairs.high);
+#endif
 }
 
 struct WidePairs {

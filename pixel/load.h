@@ -7,6 +7,7 @@
 
 #include "base/instructions.h"
 #include "pixel/pixel_layout.h"
+#include "pixel/pixel_words.h"
 #include "pixel/sample_strip.h"
 #include "pixel/split_streams.h"
 
@@ -16,37 +17,18 @@ constexpr i16 ChangeDepth(i32 sample, int from, int to) {
   return static_cast<i16>(to < from ? sample >> (from - to) : sample << (to - from));
 }
 
+// A vector of samples at another depth.
+template <int From, int To>
+inline Lanes ChangeDepthOf(Lanes samples) {
+  if constexpr (From <= To) return samples << (To - From);
+  return samples >> (From - To);
+}
+
 // Video signals keep the codes 0 and 255 for themselves, or those that have them in their top 8 bits.
 constexpr i16 LimitToVideoCodes(i16 sample, int bits) {
   const i16 least = static_cast<i16>(1 << (bits - 8));
   return std::clamp<i16>(sample, least, static_cast<i16>((1 << bits) - 1 - least));
 }
-
-// A ten-bit field of a big-endian word lies in two bytes:   its low bits at `low`, `lowBits` of them, the others
-// from bit `high` on, when the word is read as little-endian.
-struct SplitField {
-  int low;
-  int lowBits;
-  int high;
-};
-
-constexpr SplitField SplitBigField(int place) {
-  const int byte = place / 8;
-  return {(3 - byte) * 8 + place % 8, 8 - place % 8, (2 - byte) * 8};
-}
-
-template <ByteOrder Order>
-constexpr i16 ExtractField(u32 word, int place) {
-  if (Order == ByteOrder::little) return static_cast<i16>(word >> place & 1023);
-  const SplitField split = SplitBigField(place);
-  const u32 low = word >> split.low & ((1u << split.lowBits) - 1);
-  const u32 high = word >> split.high & ((1u << (10 - split.lowBits)) - 1);
-  return static_cast<i16>(high << split.lowBits | low);
-}
-
-static_assert(ExtractField<ByteOrder::big>(SwapBytes(0x2A5u << 12), 12) == 0x2A5 &&
-              ExtractField<ByteOrder::big>(SwapBytes(0x2A5u << 22), 22) == 0x2A5 &&
-              ExtractField<ByteOrder::big>(SwapBytes(0x2A5u), 0) == 0x2A5);
 
 template <ByteOrder Order>
 inline u16 LoadWord(const u8* bytes) {
@@ -67,19 +49,36 @@ inline i16 LoadSample(const u8* unit, int place) {
   return Pixel.limitedOnRead ? LimitToVideoCodes(sample, Bits) : sample;
 }
 
+template <ByteOrder Order, int Bits>
+inline WrappingLanes SamplesOfWords(const i16* plane) {
+  const auto words = LoadNative<WrappingLanes>(plane);
+  if constexpr (Order == ByteOrder::big) return (words << 8 | words >> 8) >> (16 - Bits);
+  return words >> (16 - Bits);
+}
+
 // A strip of pixels. AlphaBits is 0 where alpha is not wanted.
 template <const PixelLayout& Pixel, int Bits, int AlphaBits>
-void LoadPixels(const u8* __restrict bytes, Planes planes) {
+[[gnu::always_inline]] inline void LoadPixels(const u8* __restrict bytes, Planes planes) {
   i16* __restrict first = planes.first;
   i16* __restrict second = planes.second;
   i16* __restrict third = planes.third;
   i16* __restrict alpha = planes.alpha;
   if constexpr (Pixel.container == Container::fields) {
-    for (u32 i = 0; i < kStripPixels; ++i) {
-      const u32 word = LoadNative<u32>(bytes + std::size_t{4} * i);
-      first[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[0]), 10, Bits);
-      second[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[1]), 10, Bits);
-      third[i] = ChangeDepth(ExtractField<Pixel.order>(word, Pixel.place[2]), 10, Bits);
+    for (u32 i = 0; i < kStripPixels; i += kLanes) {
+      WordHalves words = LoadWords(bytes + std::size_t{4} * i);
+      if constexpr (Pixel.order == ByteOrder::big) words = SwapBytesOf(words);
+      StoreNative(first + i, ChangeDepthOf<10, Bits>(FieldOf(words, Pixel.place[0])));
+      StoreNative(second + i, ChangeDepthOf<10, Bits>(FieldOf(words, Pixel.place[1])));
+      StoreNative(third + i, ChangeDepthOf<10, Bits>(FieldOf(words, Pixel.place[2])));
+    }
+  } else if constexpr (Pixel.container == Container::bytes && Pixel.unitBytes == 4) {
+    for (u32 i = 0; i < kStripPixels; i += kLanes) {
+      const WordHalves words = LoadWords(bytes + std::size_t{4} * i);
+      StoreNative(first + i, ChangeDepthOf<8, Bits>(ByteOf(words, Pixel.place[0])));
+      StoreNative(second + i, ChangeDepthOf<8, Bits>(ByteOf(words, Pixel.place[1])));
+      StoreNative(third + i, ChangeDepthOf<8, Bits>(ByteOf(words, Pixel.place[2])));
+      if constexpr (AlphaBits > 0)
+        StoreNative(alpha + i, ChangeDepthOf<8, AlphaBits>(ByteOf(words, Pixel.place[3])));
     }
   } else if constexpr (Pixel.unitBytes == 3) {
     std::array<i16*, 3> inOrder = {first, second, third};
@@ -93,6 +92,23 @@ void LoadPixels(const u8* __restrict bytes, Planes planes) {
         second[i] = ChangeDepth(second[i], 8, Bits);
         third[i] = ChangeDepth(third[i], 8, Bits);
       }
+    }
+  } else if constexpr (Pixel.unitBytes == 8) {
+    // Words as they stand in memory, then samples.
+    static_assert(Pixel.sampleBits == 16 && !Pixel.limitedOnRead);
+    SamplePlane other;
+    std::array<i16*, 4> inOrder;
+    inOrder.fill(Cells(other));
+    inOrder[Pixel.place[0]] = first;
+    inOrder[Pixel.place[1]] = second;
+    inOrder[Pixel.place[2]] = third;
+    if constexpr (AlphaBits > 0) inOrder[Pixel.place[3]] = alpha;
+    SplitStreams(reinterpret_cast<const u16*>(bytes), kStripPixels, inOrder);
+    for (u32 i = 0; i < kStripPixels; i += kLanes) {
+      StoreNative(first + i, SamplesOfWords<Pixel.order, Bits>(first + i));
+      StoreNative(second + i, SamplesOfWords<Pixel.order, Bits>(second + i));
+      StoreNative(third + i, SamplesOfWords<Pixel.order, Bits>(third + i));
+      if constexpr (AlphaBits > 0) StoreNative(alpha + i, SamplesOfWords<Pixel.order, AlphaBits>(alpha + i));
     }
   } else {
     for (u32 i = 0; i < kStripPixels; ++i) {

@@ -10,18 +10,6 @@
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
 template <ByteOrder Order>
-constexpr u32 PlaceField(i16 sample, int place) {
-  const u32 value = static_cast<u16>(sample);
-  if (Order == ByteOrder::little) return value << place;
-  const SplitField split = SplitBigField(place);
-  return (value & ((1u << split.lowBits) - 1)) << split.low | value >> split.lowBits << split.high;
-}
-
-static_assert(PlaceField<ByteOrder::big>(0x2A5, 12) == SwapBytes(0x2A5u << 12) &&
-              PlaceField<ByteOrder::big>(0x2A5, 22) == SwapBytes(0x2A5u << 22) &&
-              PlaceField<ByteOrder::big>(0x2A5, 0) == SwapBytes(0x2A5u));
-
-template <ByteOrder Order>
 inline void StoreWord(u8* bytes, u16 word) {
   StoreNative(bytes, Order == ByteOrder::big ? static_cast<u16>(word << 8 | word >> 8) : word);
 }
@@ -40,19 +28,6 @@ inline void StoreSample(u8* unit, int place, u32 value) {
 template <const PixelLayout& Pixel, int Bits>
 constexpr u16 ToFormatScale(i16 sample) {
   return static_cast<u16>(ChangeDepth(sample, Bits, Pixel.sampleBits));
-}
-
-// In its place of a little-endian word that holds the pixel.
-template <const PixelLayout& Pixel, int Bits>
-constexpr u32 ToByte(i16 sample, int place) {
-  return u32{ToFormatScale<Pixel, Bits>(sample)} << 8 * place;
-}
-
-// A vector of samples at another depth.
-template <int From, int To>
-inline Lanes ChangeDepthOf(Lanes samples) {
-  if constexpr (From <= To) return samples << (To - From);
-  return samples >> (From - To);
 }
 
 #ifdef __AVX2__
@@ -207,17 +182,19 @@ void StoreGroups(const i16* luma, const i16* cb, const i16* cr, u8* __restrict b
 // A strip of pixels. AlphaBits is 0 where all pixels are opaque; `Opaque` then is what stands in their place
 // of alpha, on the scale of the format.
 template <const PixelLayout& Pixel, int Bits, int AlphaBits, u16 Opaque>
-void StorePixels(ConstPlanes planes, u8* __restrict bytes) {
+[[gnu::always_inline]] inline void StorePixels(ConstPlanes planes, u8* __restrict bytes) {
   const i16* __restrict first = planes.first;
   const i16* __restrict second = planes.second;
   const i16* __restrict third = planes.third;
   const i16* __restrict alpha = planes.alpha;
   if constexpr (Pixel.container == Container::fields) {
-    for (u32 i = 0; i < kStripPixels; ++i) {
-      const u32 word = PlaceField<Pixel.order>(ChangeDepth(first[i], Bits, 10), Pixel.place[0]) |
-                       PlaceField<Pixel.order>(ChangeDepth(second[i], Bits, 10), Pixel.place[1]) |
-                       PlaceField<Pixel.order>(ChangeDepth(third[i], Bits, 10), Pixel.place[2]);
-      StoreNative(bytes + std::size_t{4} * i, word);
+    for (u32 i = 0; i < kStripPixels; i += kLanes) {
+      WordHalves words =
+          WordsOfField(ChangeDepthOf<Bits, 10>(LoadNative<Lanes>(first + i)), Pixel.place[0]) |
+          WordsOfField(ChangeDepthOf<Bits, 10>(LoadNative<Lanes>(second + i)), Pixel.place[1]) |
+          WordsOfField(ChangeDepthOf<Bits, 10>(LoadNative<Lanes>(third + i)), Pixel.place[2]);
+      if constexpr (Pixel.order == ByteOrder::big) words = SwapBytesOf(words);
+      StoreWords(words, bytes + std::size_t{4} * i);
     }
   } else if constexpr (Pixel.container == Container::shortFields) {
     // Red has the bits between the second field and the top, 5:5:5 leaves the top one zero.
@@ -229,16 +206,17 @@ void StorePixels(ConstPlanes planes, u8* __restrict bytes) {
       StoreNative(bytes + std::size_t{2} * i, static_cast<u16>(word));
     }
   } else if constexpr (Pixel.container == Container::bytes && Pixel.unitBytes == 4) {
-    for (u32 i = 0; i < kStripPixels; ++i) {
-      u32 word = ToByte<Pixel, Bits>(first[i], Pixel.place[0]) |
-                 ToByte<Pixel, Bits>(second[i], Pixel.place[1]) |
-                 ToByte<Pixel, Bits>(third[i], Pixel.place[2]);
+    for (u32 i = 0; i < kStripPixels; i += kLanes) {
+      WordHalves words = WordsOfByte(ChangeDepthOf<Bits, 8>(LoadNative<Lanes>(first + i)), Pixel.place[0]) |
+                         WordsOfByte(ChangeDepthOf<Bits, 8>(LoadNative<Lanes>(second + i)), Pixel.place[1]) |
+                         WordsOfByte(ChangeDepthOf<Bits, 8>(LoadNative<Lanes>(third + i)), Pixel.place[2]);
       if constexpr (AlphaBits > 0) {
-        word |= ToByte<Pixel, AlphaBits>(alpha[i], Pixel.place[3]);
+        const Lanes sample = ChangeDepthOf<AlphaBits, 8>(LoadNative<Lanes>(alpha + i));
+        words = words | WordsOfByte(sample, Pixel.place[3]);
       } else {
-        word |= u32{Opaque} << 8 * Pixel.place[3];
+        words = words | WordsOfByte(All(Opaque), Pixel.place[3]);
       }
-      StoreNative(bytes + std::size_t{4} * i, word);
+      StoreWords(words, bytes + std::size_t{4} * i);
     }
   } else if constexpr (Pixel.unitBytes == 3) {
     std::array<const i16*, 3> inOrder = {};
