@@ -1,5 +1,7 @@
 // Pixels of 32 bits between memory and vectors of 16-bit numbers: a pixel is the two halves of a little-endian word.
 #pragma once
+#include <array>
+
 #include "base/instructions.h"
 #include "pixel/lane_arithmetic.h"
 
@@ -60,6 +62,29 @@ inline WordHalves WordsOfField(Lanes sample, int place) {
 
 inline WordHalves operator|(WordHalves a, WordHalves b) {
   return {a.low | b.low, a.high | b.high};
+}
+
+// Pixels of four words each.
+template <bool Swaps>
+inline void StoreFourWords(const std::array<Lanes, 4>& words, u8* bytes) {
+  const auto inOrder = [&](std::size_t k) {
+    const auto word = (WrappingLanes)words[k];
+    if constexpr (Swaps) return (Lanes)(word << 8 | word >> 8);
+    return (Lanes)word;
+  };
+  const LanePairs begin = PairUp(inOrder(0), inOrder(1));
+  const LanePairs end = PairUp(inOrder(2), inOrder(3));
+  const std::array<Lanes, 4> pixels = {
+      Interleave<false, u32>(begin.low, end.low), Interleave<true, u32>(begin.low, end.low),
+      Interleave<false, u32>(begin.high, end.high), Interleave<true, u32>(begin.high, end.high)};
+  for (std::size_t k = 0; k < 4; ++k) {
+#ifdef __AVX2__
+    StoreNative(bytes + 16 * k, LowPart(pixels[k]));
+    StoreNative(bytes + 64 + 16 * k, HighPart(pixels[k]));
+#else
+    StoreNative(bytes + 16 * k, pixels[k]);
+#endif
+  }
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -224,6 +224,19 @@ template <const PixelLayout& Pixel, int Bits, int AlphaBits, u16 Opaque>
     inOrder[Pixel.place[1]] = second;
     inOrder[Pixel.place[2]] = third;
     StoreThreeBytes<Bits>(inOrder, bytes);
+  } else if constexpr (Pixel.unitBytes == 8) {
+    for (u32 i = 0; i < kStripPixels; i += kLanes) {
+      std::array<Lanes, 4> words;
+      words[Pixel.place[0]] = ChangeDepthOf<Bits, 16>(LoadNative<Lanes>(first + i));
+      words[Pixel.place[1]] = ChangeDepthOf<Bits, 16>(LoadNative<Lanes>(second + i));
+      words[Pixel.place[2]] = ChangeDepthOf<Bits, 16>(LoadNative<Lanes>(third + i));
+      if constexpr (AlphaBits > 0) {
+        words[Pixel.place[3]] = ChangeDepthOf<AlphaBits, 16>(LoadNative<Lanes>(alpha + i));
+      } else {
+        words[Pixel.place[3]] = All(Opaque);
+      }
+      StoreFourWords<Pixel.order == ByteOrder::big>(words, bytes + std::size_t{8} * i);
+    }
   } else {
     for (u32 i = 0; i < kStripPixels; ++i) {
       u8* pixel = bytes + std::size_t{Pixel.unitBytes} * i;
