@@ -1,6 +1,7 @@
 // R'G'B' to Y'CbCr and back, a strip at a time, in integers: every quotient is rounded toward zero, and the
 // additive halves make it a rounding to nearest. Any R'G'B' of 8 or 10 bits comes back from Y'CbCr on the span
-// of two more bits; roundings and weights belong together.
+// of two more bits; roundings and weights belong together. Functions of 8-bit Y'CbCr that pixel/matrix8.h has as well
+// are never taken from here.
 //
 // Products are of 16-bit factors wherever they can be, and divisions are multiplications or shifts: then the
 // loops vectorise on any processor. Dividends by a divisor of the frame are gathered first and divided in a loop
@@ -48,10 +49,6 @@ template <u32 Divisor>
 constexpr i32 DivideRounded(i32 dividend) {
   constexpr Reciprocal kBy = MakeReciprocal(Divisor);
   return WithSign(Divide(Magnitude(dividend) + Divisor / 2, kBy), dividend);
-}
-
-constexpr i32 DivideTowardZero(i32 dividend, Reciprocal by) {
-  return WithSign(Divide(Magnitude(dividend), by), dividend);
 }
 
 constexpr i32 Times(i16 a, i16 b) {
@@ -127,7 +124,7 @@ template <int Bits, int YccBits, i32 Offset>
   DivideStrip(redDividends, w.byRedSpan, to.third);
 }
 
-// R', G', B' of video range with Bits: colours have the span of Y' already, or a shift takes them there. Codes
+// R', G', B' of video range with Bits: colours have the span of Y' already, or a shift up takes them there. Codes
 // outside the video range reach chroma outside its codes; what doesn't fit is cut after the chroma filter.
 template <int Bits, int YccBits, i32 Offset>
 [[gnu::noinline]] void VideoColourToYcc(ConstPlanes from, const ColourWeights& weights, Planes to) {
@@ -139,13 +136,8 @@ template <int Bits, int YccBits, i32 Offset>
   Dividends redDividends;
   constexpr i16 kBlack = 16 << (Bits - 8);
   constexpr i16 kChromaSpan = ChromaSpan(YccBits);
-  const auto onScaleOfLuma = [](i16 colour) {
-    if constexpr (Bits > YccBits) {
-      return DivideRounded<1 << (Bits - YccBits)>(colour);
-    } else {
-      return i32{colour} * (1 << (YccBits - Bits));
-    }
-  };
+  static_assert(Bits <= YccBits);
+  const auto onScaleOfLuma = [](i16 colour) { return i32{colour} * (1 << (YccBits - Bits)); };
   const ColourWeights w = weights;
   const i32 blueOffset = w.blueSpan * ChromaZero(YccBits) + (w.blueSpan >> 1);
   const i32 redOffset = w.redSpan * ChromaZero(YccBits) + (w.redSpan >> 1);
@@ -179,7 +171,6 @@ struct ColourQuotient {
 enum class Overflow : u8 { wraps, isWide };
 
 constexpr ColourQuotient FullColourQuotient(int yccBits, int bits) {
-  if (yccBits == 8 && bits == 9) return {7, 168, 336};
   const i32 multiply = ((1 << bits) - 1) / 3;
   if (yccBits == 8) return {multiply, 4088, 8176};
   return yccBits == 10 ? ColourQuotient{multiply, 65408, 130816} : ColourQuotient{multiply, 1046528, 2093056};
@@ -188,27 +179,21 @@ constexpr ColourQuotient FullColourQuotient(int yccBits, int bits) {
 template <int YccBits, int Bits, Overflow Excess>
 constexpr i32 FullColour(i32 n) {
   constexpr ColourQuotient kQuotient = FullColourQuotient(YccBits, Bits);
-  if constexpr (kQuotient.divide == 336) {
-    // In two steps, 16 and 21, where 49,933 / 2^20 stands for 1 / 21 up to 61,679.
-    const i32 dividend = n * kQuotient.multiply + kQuotient.add;
-    return WithSign((Magnitude(dividend) >> 4) * 49933 >> 20, dividend);
+  // The divisor is 511 shifted up, and cutting may be done in two steps.
+  constexpr int kShift = std::countr_zero(kQuotient.divide);
+  static_assert(kQuotient.divide == 511u << kShift && kQuotient.add == 511 << (kShift - 1));
+  if constexpr (Excess == Overflow::wraps) {
+    const u32 sum = static_cast<u32>(n) * static_cast<u32>(kQuotient.multiply) + kQuotient.add;
+    const i32 dividend = static_cast<i32>(sum);
+    return WithSign(DivideByMaximum<9>(Magnitude(dividend) >> kShift), dividend);
   } else {
-    // The divisor is 511 shifted up, and cutting may be done in two steps.
-    constexpr int kShift = std::countr_zero(kQuotient.divide);
-    static_assert(kQuotient.divide == 511u << kShift && kQuotient.add == 511 << (kShift - 1));
-    if constexpr (Excess == Overflow::wraps) {
-      const u32 sum = static_cast<u32>(n) * static_cast<u32>(kQuotient.multiply) + kQuotient.add;
-      const i32 dividend = static_cast<i32>(sum);
-      return WithSign(DivideByMaximum<9>(Magnitude(dividend) >> kShift), dividend);
-    } else {
-      // |n| * multiply +- add, less its low bits, in two parts that fit: n has 24 bits. A small negative n
-      // makes a small positive dividend, which gives 0 from either side.
-      const u32 magnitude = Magnitude(n);
-      const i32 high = static_cast<i32>(magnitude >> kShift) * kQuotient.multiply;
-      const i32 low = static_cast<i32>(magnitude & ((1u << kShift) - 1)) * kQuotient.multiply;
-      const i32 sum = high + ((low + (n < 0 ? -kQuotient.add : kQuotient.add)) >> kShift);
-      return WithSign(DivideByMaximum<9>(static_cast<u32>(std::max(sum, 0))), n);
-    }
+    // |n| * multiply +- add, less its low bits, in two parts that fit: n has 24 bits. A small negative n
+    // makes a small positive dividend, which gives 0 from either side.
+    const u32 magnitude = Magnitude(n);
+    const i32 high = static_cast<i32>(magnitude >> kShift) * kQuotient.multiply;
+    const i32 low = static_cast<i32>(magnitude & ((1u << kShift) - 1)) * kQuotient.multiply;
+    const i32 sum = high + ((low + (n < 0 ? -kQuotient.add : kQuotient.add)) >> kShift);
+    return WithSign(DivideByMaximum<9>(static_cast<u32>(std::max(sum, 0))), n);
   }
 }
 
@@ -243,7 +228,7 @@ template <int YccBits, int Bits, i32 Offset, Overflow Excess>
 }
 
 // Video-range colour of Bits, limited to the codes that video interfaces leave to pictures. Roundings are
-// symmetric but for 8 bits to 10, where the halves are added for either sign.
+// symmetric.
 template <int YccBits, int Bits, i32 Offset>
 [[gnu::noinline]] void YccToVideoColour(ConstPlanes from, const ColourWeights& weights, Planes to) {
   const i16* __restrict luma = from.first;
@@ -252,7 +237,7 @@ template <int YccBits, int Bits, i32 Offset>
   i16* __restrict red = to.first;
   i16* __restrict blue = to.third;
   Dividends greenDividends;
-  constexpr bool kDeepens = Bits > YccBits;
+  static_assert(Bits <= YccBits);
   constexpr i16 kZero = static_cast<i16>(ChromaZero(YccBits));
   constexpr i32 kBlack = 16 << (Bits - 8);
   constexpr i32 kLeast = 1 << (Bits - 8);
@@ -260,12 +245,7 @@ template <int YccBits, int Bits, i32 Offset>
   constexpr i16 kSpan = static_cast<i16>(LumaSpan(Bits));
   // From n, which has the chroma span of the frame on it, to the span of the target.
   const auto colour = [](i32 n) {
-    if constexpr (kDeepens) {
-      constexpr Reciprocal kBy = MakeReciprocal(112);
-      return DivideTowardZero(4 * n + 56, kBy);
-    } else {
-      return DivideRounded<static_cast<u32>(ChromaSpan(YccBits)) << (YccBits - Bits)>(n);
-    }
+    return DivideRounded<static_cast<u32>(ChromaSpan(YccBits)) << (YccBits - Bits)>(n);
   };
   const ColourWeights w = weights;
   const u32 greenHalf = static_cast<u32>(w.green) >> 1;
@@ -276,10 +256,10 @@ template <int YccBits, int Bits, i32 Offset>
     const i32 b = colour(Times(static_cast<i16>(cb[i] - kZero), w.blueSpan) + scaledLuma);
     const i32 left = Times(y, kSpan) - Times(static_cast<i16>(b), w.blue) - Times(static_cast<i16>(r), w.red);
     red[i] = static_cast<i16>(std::clamp(r + kBlack, kLeast, kMost));
-    greenDividends.values[i] = kDeepens ? left + static_cast<i32>(greenHalf) : left;
+    greenDividends.values[i] = left;
     blue[i] = static_cast<i16>(std::clamp(b + kBlack, kLeast, kMost));
   }
-  DivideSignedStrip(greenDividends, kDeepens ? 0 : greenHalf, w.byGreen, to.second);
+  DivideSignedStrip(greenDividends, greenHalf, w.byGreen, to.second);
   ShiftAndLimit<kBlack, kLeast, kMost>(to.second);
 }
 

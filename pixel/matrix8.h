@@ -8,7 +8,17 @@
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-// n / 255 and n / 219 of n below 65535, and n / 7 of n below 43690.
+// Whether (n + before) * ratio >> shift is n / divisor, of all n below the limit.
+constexpr bool IsQuotient(u32 divisor, u32 limit, u32 before, u32 ratio, u32 shift) {
+  for (u32 n = 0; n < limit; ++n) {
+    if ((n + before) * ratio >> shift != n / divisor) return false;
+  }
+  return true;
+}
+static_assert(IsQuotient(255, 65535, 0, 0x8081, 23) && IsQuotient(219, 65535, 1, 38304, 23));
+static_assert(IsQuotient(7, 43690, 0, 37450, 18) && IsQuotient(3, 32768, 0, 21846, 16));
+
+// n / 255 and n / 219 of n below 65535, n / 7 of n below 43690, n / 3 of n below 32768.
 inline WrappingLanes DivideBy255(WrappingLanes n) {
   return MultiplyHigh(n, WrappingLanes{} + 0x8081) >> 7;
 }
@@ -17,6 +27,9 @@ inline WrappingLanes DivideBy219(WrappingLanes n) {
 }
 inline WrappingLanes DivideBy7(WrappingLanes n) {
   return MultiplyHigh(n, WrappingLanes{} + 37450) >> 2;
+}
+inline WrappingLanes DivideBy3(WrappingLanes n) {
+  return MultiplyHigh(n, WrappingLanes{} + 21846);
 }
 
 inline WrappingLanes WeighIn16Bits(Lanes red, Lanes green, Lanes blue, const ColourWeights& w) {
@@ -168,10 +181,10 @@ inline Lanes FullColourOf(LanePairs chromaAndLuma, i32 span) {
     // 336 / 7 is 16 * 3.
     static_assert(Bits == 9);
     const WidePairs sum = WeighChromaAndLuma(chromaAndLuma, span, 112, Offset, 168 / 7);
-    constexpr i16 kFarBelow = 1024;
-    constexpr i16 kThreeTimes = 3 * kFarBelow;
-    const Lanes n = Pack((sum + ((sum >> 31) & 47)) >> 4) + kThreeTimes;
-    return (Lanes)MultiplyHigh((WrappingLanes)n, WrappingLanes{} + 21846) - kFarBelow;
+    constexpr u16 kFarBelow = 1024;
+    constexpr u16 kThreeTimes = 3 * kFarBelow;
+    const WrappingLanes n = (WrappingLanes)Pack((sum + ((sum >> 31) & 47)) >> 4) + kThreeTimes;
+    return (Lanes)(DivideBy3(n) - kFarBelow);
   }
 }
 
