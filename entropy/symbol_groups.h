@@ -54,6 +54,7 @@ template <int Symbols>
 struct RowCodes {
   const CodeSet<Symbols>* codes;
   ClassPattern pattern;
+  u32 zeroBits;       // of a pattern of symbols 0
   const u16* steps;   // kGroupEntries for each state: two states for each place of the pattern
   const u64* groups;  // the symbols that each of the steps takes
 };
@@ -102,6 +103,14 @@ void MakeLongGroups(const CodeSet<Symbols>& codes, ClassPattern pattern, u32 pla
   }
 }
 
+template <int Symbols>
+u32 ZeroBitsOf(const CodeSet<Symbols>& codes, ClassPattern pattern) {
+  u32 bits = 0;
+  for (u32 place = 0; place < pattern.length; ++place)
+    bits += DecodeSymbol(codes, ClassAt(pattern, place), 0).length;
+  return bits;
+}
+
 // The tables of a code set and pattern. Safe on several threads, like any static variable.
 template <int Symbols, const CodeSet<Symbols>& Set, ClassPattern Pattern>
 const RowCodes<Symbols>& RowCodesOfSet() {
@@ -117,7 +126,8 @@ const RowCodes<Symbols>& RowCodesOfSet() {
       MakeGroups(Set, Pattern, place, &tables.steps[begins], &tables.groups[begins]);
       MakeLongGroups(Set, Pattern, place, &tables.steps[goesOn], &tables.groups[goesOn]);
     }
-    return RowCodes<Symbols>{&Set, Pattern, tables.steps.data(), tables.groups.data()};
+    return RowCodes<Symbols>{&Set, Pattern, ZeroBitsOf(Set, Pattern), tables.steps.data(),
+                             tables.groups.data()};
   }();
   return codes;
 }

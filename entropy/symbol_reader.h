@@ -27,23 +27,23 @@ template <int Symbols>
 
 // Decodes most of a run, in turns of as many steps as a window has bits for.
 template <typename Window, int Symbols>
-inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& runSoFar,
+inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& run,
                      const SampleOf<Symbols>* end, u64 bitsBehind) {
-  SymbolRun<Symbols> run = runSoFar;  // in registers: stores through u8* could otherwise alter it
-  const u16* const steps = codes.steps;
-  const u64* const groups = codes.groups;
   if constexpr (kWindowBits<Window> == 64) {
-    // The load of a turn ends at most 127 bits behind the position: with 63 coded bits ahead that is within two
-    // words of the last one. A symbol has at least one bit.
-    const std::ptrdiff_t margin =
-        bitsBehind >= 64 ? kTurnSymbols<Symbols> : std::max<std::ptrdiff_t>(64, kTurnSymbols<Symbols>);
-    if (end - run.out < margin || !IsReadable(reader, reader.position >> 3, 16)) return;
+    // With so many coded bits ahead, no load goes further than two words behind the last of them. A symbol has at least
+    // one bit.
+    constexpr u64 kBitsAhead = 8 * kLookAheadBytes - 64;
+    const std::ptrdiff_t margin = bitsBehind >= kBitsAhead
+                                      ? kTurnSymbols<Symbols>
+                                      : std::max<std::ptrdiff_t>(kBitsAhead, kTurnSymbols<Symbols>);
+    if (end - run.out < margin || !IsReadable(reader, reader.position >> 3, kLookAheadBytes)) return;
     const SampleOf<Symbols>* const last = end - margin;
-    const u64 offsetLast = reader.readableTo - 8;
-    const u8* const frame = reader.frame;
-    BitWindow window = OpenWindow(frame, reader.position);
-    while (run.out <= last && window.offset <= offsetLast) TakeTurn(run, window, frame, steps, groups);
-    reader.position = PositionOf(window);
+    const u64 offsetEnd = std::min<u64>(reader.readableTo, u64{1} << 60) - kLookAheadBytes;
+    Cursor<Symbols> cursor = {run, OpenWindow(reader.frame, reader.position)};
+    while (TakeTurns(cursor, codes, reader.frame, last, offsetEnd))
+      GoOnInZeros(cursor, codes, reader.frame, {static_cast<u64>(last - cursor.run.out), offsetEnd * 8});
+    run = cursor.run;
+    reader.position = PositionOf(cursor.window);
   } else {
     // A load of 32 bits at the position leaves 25: two steps.
     constexpr int kSteps = 2;
@@ -53,7 +53,7 @@ inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRu
       u32 window = LoadBig32(reader.frame + (position >> 3)) << (position & 7);
       u32 used = 0;
       for (int i = 0; i < kSteps; ++i) {
-        TakeStep(run, steps, groups, window >> (32 - kGroupBits));
+        TakeStep(run, codes.steps, codes.groups, window >> (32 - kGroupBits));
         window <<= BitsOfStep(run.step);
         used += BitsOfStep(run.step);
       }
@@ -61,7 +61,6 @@ inline void GetTurns(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRu
     }
     reader.position = position;
   }
-  runSoFar = run;
 }
 
 // Decodes the end of a run, where turns would store or load too much.
@@ -105,6 +104,7 @@ void GetSymbols(BitReader& reader, const RowCodes<Symbols>& codes, SampleOf<Symb
   GetTurns<Window>(reader, codes, run, end, bitsBehind);
   GetLastSymbols(reader, codes, run, end);
   guess.bits = reader.position - start;
+  guess.zeroBits = std::min(run.zeroBits, guess.bits);
   guess.symbols = count;
 }
 

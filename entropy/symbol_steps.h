@@ -12,6 +12,7 @@ template <int Symbols>
 struct SymbolRun {
   SampleOf<Symbols>* out;  // the next symbol goes here
   u32 step;                // the last one, whose state comes next
+  u64 zeroBits = 0;        // taken without steps
 };
 
 // The step behind which a run begins.
@@ -72,21 +73,30 @@ inline u64 PositionOf(const BitWindow& window) {
 inline constexpr u32 kTurnSteps = 3;
 static_assert(56 - kTurnSteps * kGroupBits >= kGroupBits);
 
+// The most bits of a turn.
+inline constexpr u64 kTurnBits = kTurnSteps * kGroupBits;
+
 template <int Symbols>
 inline constexpr std::ptrdiff_t kTurnSymbols =
     (kTurnSteps - 1) * kMostGroupSymbols<Symbols> + kStoredSymbols<Symbols>;
 
-// Takes a turn of steps, and gives them.
+// A run on its way through a window.
 template <int Symbols>
-[[gnu::always_inline]] inline std::array<u32, kTurnSteps> TakeTurn(SymbolRun<Symbols>& run, BitWindow& window,
-                                                                   const u8* frame, const u16* steps,
-                                                                   const u64* groups) {
+struct Cursor {
+  SymbolRun<Symbols> run;
+  BitWindow window;
+};
+
+// Takes a turn of steps, and gives them. `filled` is the window, filled.
+template <int Symbols>
+[[gnu::always_inline]] inline std::array<u32, kTurnSteps> TakeTurn(Cursor<Symbols>& cursor, u64 filled,
+                                                                   const RowCodes<Symbols>& codes) {
+  auto& [run, window] = cursor;
   std::array<u32, kTurnSteps> taken;
-  u64 ahead = FillWindow(window, frame);
   for (u32& step : taken) {
-    TakeStep(run, steps, groups, window.bits >> (64 - kGroupBits));
+    TakeStep(run, codes.steps, codes.groups, window.bits >> (64 - kGroupBits));
     step = run.step;
-    window.bits = ahead <<= BitsOfStep(run.step);
+    window.bits = filled <<= BitsOfStep(run.step);
     window.valid -= run.step;  // the low six bits alone matter
   }
   return taken;

@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "base/instructions.h"
-#include "entropy/symbol_steps.h"
+#include "entropy/zero_runs.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
@@ -17,12 +17,13 @@ namespace vorel::inline VOREL_INSTRUCTIONS {
 // cursor because those before them were not met.
 struct RunGuess {
   u64 bits = 0;
+  u64 zeroBits = 0;  // that took no steps
   u64 symbols = 1;
   u32 pause = 0;
   u32 lastPause = 0;
 };
 
-// Half the bits of a run; shorter ones are not worth two cursors.
+// Half the bits of a run that take steps; shorter ones are not worth two cursors.
 inline constexpr u64 kLeastHalfBits = 1024;
 
 // The most runs that are left to one cursor behind one that was not met.
@@ -31,13 +32,6 @@ inline constexpr u32 kLongestPause = 15;
 // The most turns of the second cursor.
 inline constexpr std::size_t kTrailTurns = 1024;
 
-// One of the two.
-template <int Symbols>
-struct Cursor {
-  SymbolRun<Symbols> run;
-  BitWindow window;
-};
-
 // What the second cursor found.
 template <int Symbols>
 struct Trail {
@@ -45,20 +39,85 @@ struct Trail {
   std::array<SampleOf<Symbols>, kTrailTurns * kTurnSteps * kStoredSymbols<Symbols>> symbols;
 };
 
-// Goes on with both cursors until the first has come to the second one's start, `middleOffset`, or near `last`, or the
-// second has taken so many turns. Gives where its steps end.
+// Both on their way.
 template <int Symbols>
-[[gnu::always_inline]] inline const u16* GoSideBySide(Cursor<Symbols>& first, Cursor<Symbols>& second,
-                                                      const RowCodes<Symbols>& codes, const u8* frame,
-                                                      u64 middleOffset, const SampleOf<Symbols>* last,
-                                                      u64 turns, Trail<Symbols>& trail) {
-  u16* trailEnd = trail.steps.data();
-  for (; turns > 0 && first.window.offset < middleOffset && first.run.out <= last; --turns) {
-    TakeTurn(first.run, first.window, frame, codes.steps, codes.groups);
-    for (const u32 step : TakeTurn(second.run, second.window, frame, codes.steps, codes.groups))
-      *trailEnd++ = static_cast<u16>(step);
+struct TwoCursors {
+  Cursor<Symbols> first;
+  Cursor<Symbols> second;
+  u16* trailEnd;  // behind the steps of the second
+  u64 turns;      // that it may still take
+};
+
+// Where both have to stop.
+template <int Symbols>
+struct Bounds {
+  u64 middle;                     // where the second began
+  const SampleOf<Symbols>* last;  // behind this symbol the first must not begin a turn
+  u64 end;                        // position of a bit where no turn may begin
+};
+
+template <int Symbols>
+inline ZeroLimits ZerosToGo(const Cursor<Symbols>& first, const Bounds<Symbols>& bounds) {
+  return {static_cast<u64>(bounds.last - first.run.out), bounds.end};
+}
+
+// Turns that both take between two looks at where they are.
+inline constexpr u64 kTurnsToALook = 2;
+template <int Symbols>
+inline constexpr std::ptrdiff_t kLookSymbols =
+    (kTurnsToALook - 1) * kTurnSteps* kMostGroupSymbols<Symbols> + kTurnSymbols<Symbols>;
+
+// Takes turns of both until zeros are ahead of one, or until the first has come to the second one's start or near the end
+// of the run, or the second has no turns left. Gives whether zeros are ahead.
+template <int Symbols>
+[[gnu::noinline]] bool TakeTurnsOfBoth(TwoCursors<Symbols>& cursors, const RowCodes<Symbols>& codes,
+                                       const u8* frame, const Bounds<Symbols>& bounds) {
+  // In registers: stores through u8* could otherwise alter them.
+  const RowCodes<Symbols> tables = codes;
+  const Bounds<Symbols> until = bounds;
+  auto [first, second, trailEnd, turns] = cursors;
+  bool zerosAhead = false;
+  for (; turns >= kTurnsToALook && first.window.offset < until.middle >> 3 && first.run.out <= until.last;
+       turns -= kTurnsToALook) {
+    u64 ofFirst = FillWindow(first.window, frame);
+    u64 ofSecond = FillWindow(second.window, frame);
+    zerosAhead = AreZerosAhead(first.window, ofFirst, frame) || AreZerosAhead(second.window, ofSecond, frame);
+    if (zerosAhead) [[unlikely]] {
+      first.window.bits = ofFirst;
+      second.window.bits = ofSecond;
+      break;
+    }
+#pragma GCC unroll 2
+    for (u64 turn = 0; turn < kTurnsToALook; ++turn) {
+      if (turn > 0) {
+        ofFirst = FillWindow(first.window, frame);
+        ofSecond = FillWindow(second.window, frame);
+      }
+      TakeTurn(first, ofFirst, tables);
+      for (const u32 step : TakeTurn(second, ofSecond, tables)) *trailEnd++ = static_cast<u16>(step);
+    }
   }
-  return trailEnd;
+  cursors = {first, second, trailEnd, turns};
+  return zerosAhead;
+}
+
+// Takes zeros of the second cursor, as far as they are wanted, and a turn. Each pattern of zeros is a step of the trail.
+template <int Symbols>
+inline void LeaveTrailInZeros(TwoCursors<Symbols>& cursors, const RowCodes<Symbols>& codes, const u8* frame,
+                              const Bounds<Symbols>& bounds, const Trail<Symbols>& trail) {
+  Cursor<Symbols>& second = cursors.second;
+  // The run has room for so many more.
+  const std::ptrdiff_t wanted = bounds.last - cursors.first.run.out - (second.run.out - trail.symbols.data());
+  const u64 turns = cursors.turns - 1;
+  const u64 patterns = TakeZeros(second, codes, frame,
+                                 {std::min(static_cast<u64>(std::max<std::ptrdiff_t>(wanted, 0)),
+                                           turns * kTurnSteps * codes.pattern.length),
+                                  PositionOf(second.window) + turns * kTurnBits});
+  cursors.trailEnd = std::fill_n(cursors.trailEnd, patterns, static_cast<u16>(second.run.step));
+  // As many turns are gone as have so many steps, or bits.
+  cursors.turns = turns - (patterns * std::max(codes.zeroBits, kGroupBits) + kTurnBits - 1) / kTurnBits;
+  for (const u32 step : TakeTurn(second, FillWindow(second.window, frame), codes))
+    *cursors.trailEnd++ = static_cast<u16>(step);
 }
 
 // A place of the trail, behind the step `step`.
@@ -82,45 +141,35 @@ template <int Symbols>
   return place.position == position && StateOfStep(place.step) == StateOfStep(cursor.run.step);
 }
 
-// Takes one symbol, if one begins here. Gives whether one does.
-template <int Symbols>
-inline bool TakeOne(Cursor<Symbols>& cursor, const u8* frame, const RowCodes<Symbols>& codes) {
-  const u32 place = StateOfStep(cursor.run.step);
-  if (place >= codes.pattern.length) return false;
-  const u64 filled = FillWindow(cursor.window, frame);
-  const DecodedSymbol decoded =
-      DecodeSymbol(*codes.codes, ClassAt(codes.pattern, place), static_cast<u32>(filled >> 32));
-  *cursor.run.out++ = static_cast<SampleOf<Symbols>>(decoded.symbol);
-  cursor.window.bits = filled << decoded.length;
-  cursor.window.valid -= decoded.length;
-  cursor.run.step = MakeStep(place + 1 == codes.pattern.length ? 0 : place + 1, 1, decoded.length);
-  return true;
-}
+// How the first cursor came to the trail.
+struct Meeting {
+  bool meets;
+  u32 turns;  // that it took alone
+};
 
-// Turns of the first cursor between attempts to meet the trail symbol by symbol: where all codes are alike, steps stay
-// apart although their symbols are the same.
-inline constexpr u32 kTurnsTillSymbols = 16;
-
-// Goes on with the first cursor until it is on the trail, near `last` or behind the trail. Gives whether it is on it.
+// Goes on with the first cursor until it is on the trail, near the end of the run or behind the trail.
 template <int Symbols>
-[[gnu::always_inline]] inline bool GoOnToTrail(Cursor<Symbols>& first, const RowCodes<Symbols>& codes,
-                                               const u8* frame, const SampleOf<Symbols>* last,
-                                               TrailPlace& place, const u16* trailEnd) {
-  const u16* const trailBegin = place.next;
+[[gnu::always_inline]] inline Meeting GoOnToTrail(Cursor<Symbols>& first, const RowCodes<Symbols>& codes,
+                                                  const u8* frame, const Bounds<Symbols>& bounds,
+                                                  TrailPlace& place, const u16* trailEnd) {
   bool meets = IsOnTrail(first, place, trailEnd);
-  for (u32 turn = 1; !meets && place.next < trailEnd && first.run.out <= last; ++turn) {
-    if (turn % kTurnsTillSymbols == 0 && place.next > trailBegin) {
-      for (u32 i = 0;
-           i < kMostGroupSymbols<Symbols> && !meets && place.next < trailEnd && TakeOne(first, frame, codes);
-           ++i)
-        meets = IsOnTrail(first, place, trailEnd);
+  u32 turns = 0;
+  for (; !meets && place.next < trailEnd && first.run.out <= bounds.last; ++turns) {
+    const u64 filled = FillWindow(first.window, frame);
+    if (AreZerosAhead(first.window, filled, frame)) [[unlikely]] {
+      first.window.bits = filled;
+      GoOnInZeros(first, codes, frame, ZerosToGo(first, bounds));
     } else {
-      TakeTurn(first.run, first.window, frame, codes.steps, codes.groups);
-      meets = IsOnTrail(first, place, trailEnd);
+      TakeTurn(first, filled, codes);
     }
+    meets = IsOnTrail(first, place, trailEnd);
   }
-  return meets;
+  return {meets, turns};
 }
+
+// Loads of the first cursor, which is at most a turn behind the end of the trail, end no further behind it.
+inline constexpr u64 kReadableBehind = kLookAheadBytes + (kTurnBits + 7) / 8;
+static_assert(kReadableBehind < (kLeastHalfBits + kLeastHalfBits / 4) / 8);
 
 // Takes over what the second cursor found behind the place, as far as whole steps fit before the end of the run.
 template <int Symbols>
@@ -137,35 +186,39 @@ inline void TakeOver(BitReader& reader, SymbolRun<Symbols>& run, const SampleOf<
   std::copy_n(trail.symbols.data() + place.symbols, count, run.out);
   if (trailEnd > place.next) run.step = trailEnd[-1];
   run.out += count;
+  run.zeroBits += second.run.zeroBits;
   reader.position = position;
 }
 
 // Decodes a run from its start and from bit `middle`, as far as the second cursor comes, or, if they do not meet, as
-// far as the first does. Gives whether they met.
+// far as the first does.
 //
 // end         of the run
-// readableTo  offset of the bytes that must not be loaded
+// readableTo  offset of the bytes that must not be loaded: kReadableBehind behind `middle` or more
 template <int Symbols>
-[[gnu::noinline]] bool GetFromTwo(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& run,
-                                  const SampleOf<Symbols>* end, u64 middle, u64 readableTo) {
+[[gnu::noinline]] Meeting GetFromTwo(BitReader& reader, const RowCodes<Symbols>& codes,
+                                     SymbolRun<Symbols>& run, const SampleOf<Symbols>* end, u64 middle,
+                                     u64 readableTo) {
   Trail<Symbols> trail;
   const u8* const frame = reader.frame;
   const RowCodes<Symbols> tables = codes;  // in registers: stores through u8* could otherwise alter them
-  Cursor<Symbols> first = {run, OpenWindow(frame, reader.position)};
-  Cursor<Symbols> second = {{trail.symbols.data(), kStepBeforeRun}, OpenWindow(frame, middle)};
-  // A turn takes this many bits at most. Loads end 16 bytes behind the position of a cursor at most, and the first one is
-  // at most a symbol behind the end of the trail when it loads.
-  constexpr u64 kTurnBits = kTurnSteps * kGroupBits;
-  const u64 middleOffset = middle >> 3;
-  const u64 turns = std::min<u64>(kTrailTurns, (readableTo - middleOffset - 24) * 8 / kTurnBits);
-  const SampleOf<Symbols>* const last = end - kTurnSymbols<Symbols>;
-  const u16* const trailEnd = GoSideBySide(first, second, tables, frame, middleOffset, last, turns, trail);
+  const Bounds<Symbols> bounds = {middle, end - kLookSymbols<Symbols>, (readableTo - kReadableBehind) * 8};
+  TwoCursors<Symbols> cursors = {
+      .first = {run, OpenWindow(frame, reader.position)},
+      .second = {{trail.symbols.data(), kStepBeforeRun}, OpenWindow(frame, middle)},
+      .trailEnd = trail.steps.data(),
+      .turns = std::min<u64>(kTrailTurns, (bounds.end - middle) / kTurnBits),
+  };
+  while (TakeTurnsOfBoth(cursors, tables, frame, bounds)) {
+    GoOnInZeros(cursors.first, tables, frame, ZerosToGo(cursors.first, bounds));
+    LeaveTrailInZeros(cursors, tables, frame, bounds, trail);
+  }
   TrailPlace place = {trail.steps.data(), kStepBeforeRun, middle, 0};
-  const bool meets = GoOnToTrail(first, tables, frame, last, place, trailEnd);
-  run = first.run;
-  reader.position = PositionOf(first.window);
-  if (meets) TakeOver(reader, run, end, second, trail, place, trailEnd);
-  return meets;
+  const Meeting meeting = GoOnToTrail(cursors.first, tables, frame, bounds, place, cursors.trailEnd);
+  run = cursors.first.run;
+  reader.position = PositionOf(cursors.first.window);
+  if (meeting.meets) TakeOver(reader, run, end, cursors.second, trail, place, cursors.trailEnd);
+  return meeting;
 }
 
 // Decodes most of a run from two places if it is likely to be long and the guess is worth something.
@@ -174,8 +227,9 @@ template <int Symbols>
 template <int Symbols>
 inline void TryFromTwo(BitReader& reader, const RowCodes<Symbols>& codes, SymbolRun<Symbols>& run,
                        const SampleOf<Symbols>* end, u64 sureBits, RunGuess& guess) {
-  const u64 half = guess.bits * static_cast<u64>(end - run.out) / (2 * guess.symbols);
-  if (half < kLeastHalfBits) return;
+  const u64 symbols = static_cast<u64>(end - run.out);
+  const u64 half = guess.bits * symbols / (2 * guess.symbols);
+  if ((guess.bits - guess.zeroBits) * symbols / (2 * guess.symbols) < kLeastHalfBits) return;
   if (guess.pause > 0) {
     --guess.pause;
     return;
@@ -184,8 +238,10 @@ inline void TryFromTwo(BitReader& reader, const RowCodes<Symbols>& codes, Symbol
   const u64 middle = reader.position + half;
   // What the second cursor takes must be there, give or take a quarter.
   if (readableTo < (middle + half + half / 4) >> 3 || !IsReadable(reader, reader.position >> 3, 16)) return;
-  const bool meets = GetFromTwo(reader, codes, run, end, middle, readableTo);
-  guess.lastPause = meets ? 0 : std::min(2 * guess.lastPause + 1, kLongestPause);
+  const Meeting meeting = GetFromTwo(reader, codes, run, end, middle, readableTo);
+  // Where zeros took the first one past the trail, it had little to do alone.
+  const bool isWorthIt = meeting.meets || meeting.turns < half / kTurnBits / 2;
+  guess.lastPause = isWorthIt ? 0 : std::min(2 * guess.lastPause + 1, kLongestPause);
   guess.pause = guess.lastPause;
 }
 

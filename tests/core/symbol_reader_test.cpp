@@ -97,15 +97,22 @@ TEST(SymbolGroups, EveryStepTakesBits) {
 
 // ---- Runs
 
-enum class Stream { noise, shortCodes, longCodes, zeros, mixed };
+enum class Stream { noise, shortCodes, longCodes, zeros, mixed, flatParts };
+constexpr u32 kStreams = 6;
 
 // Bytes that decode to symbols of a kind. The rarest, which have the longest codes, are in the middle.
 template <int Symbols>
 std::vector<u8> MakeStream(const RowCodes<Symbols>& rows, Stream kind, std::size_t size,
                            std::mt19937& random) {
   reference::Bits bits;
+  u32 zerosLeft = 0;
   for (u32 place = 0; bits.size() < size * 8; place = (place + 1) % rows.pattern.length) {
-    const Stream now = kind == Stream::mixed ? static_cast<Stream>(random() % 4) : kind;
+    Stream now = kind == Stream::mixed ? static_cast<Stream>(random() % 4) : kind;
+    if (kind == Stream::flatParts) {
+      if (zerosLeft == 0 && random() % 16 == 0) zerosLeft = 1u << random() % 12;
+      now = zerosLeft > 0 ? Stream::zeros : static_cast<Stream>(random() % 4);
+      zerosLeft -= zerosLeft > 0;
+    }
     const u32 symbol = static_cast<u32>(now == Stream::noise        ? random() % Symbols
                                         : now == Stream::shortCodes ? random() % 2
                                         : now == Stream::longCodes  ? Symbols / 2 - 40 + random() % 80
@@ -163,14 +170,14 @@ TYPED_TEST(SymbolRuns, GiveWhatOneSymbolAfterAnotherGivesInFramesCutAnywhere) {
     std::mt19937 random(kSymbols + rows.pattern.length);
     for (u32 round = 0; round < 300; ++round) {
       const std::size_t size = random() % 400;
-      const std::vector<u8> bytes = MakeStream(rows, static_cast<Stream>(round % 5), size, random);
+      const std::vector<u8> bytes = MakeStream(rows, static_cast<Stream>(round % kStreams), size, random);
       const std::size_t count = rows.pattern.length * (1 + random() % (round % 3 == 0 ? 20 : 200));
       const u64 start = random() % (round % 7 == 0 ? size * 8 + 50 : 70);
       std::vector<SampleOf<kSymbols>> symbols(count);
       const u64 position = DecodeOneByOne<kSymbols>(rows, bytes, start, symbols);
       Fenced frame(bytes);
       const BitReader reader = {frame.data(), start, 0, frame.size()};
-      for (const u64 behind : {u64{0}, u64{63}, u64{64}, u64{100000}}) {
+      for (const u64 behind : {u64{0}, u64{63}, u64{64}, u64{447}, u64{448}, u64{100000}}) {
         ExpectRun<TypeParam, kSymbols>(rows, reader, count, behind, symbols, position);
         if (testing::Test::HasFatalFailure()) FAIL() << "round " << round << ", behind " << behind;
       }
@@ -185,10 +192,10 @@ TYPED_TEST(SymbolRuns, StayWithinTwoWordsBehindTheLastCodedBit) {
     constexpr int kSymbols = static_cast<int>(std::tuple_size_v<Sample>);
     std::mt19937 random(kSymbols + rows.pattern.length);
     for (u32 round = 0; round < 150; ++round) {
-      const std::vector<u8> stream = MakeStream(rows, static_cast<Stream>(round % 5), 1400, random);
+      const std::vector<u8> stream = MakeStream(rows, static_cast<Stream>(round % kStreams), 1400, random);
       const std::size_t count = rows.pattern.length * (1 + random() % 150);
       const u64 start = random() % 70;
-      const u64 behind = std::array<u64, 5>{0, 1, 63, 64, 90}[random() % 5];
+      const u64 behind = std::array<u64, 8>{0, 1, 63, 64, 90, 447, 448, 600}[random() % 8];
       std::vector<SampleOf<kSymbols>> symbols(count);
       const u64 position = DecodeOneByOne<kSymbols>(rows, stream, start, symbols);
       const std::size_t size = (position + behind + 31) / 32 * 4 + 8;
@@ -197,6 +204,56 @@ TYPED_TEST(SymbolRuns, StayWithinTwoWordsBehindTheLastCodedBit) {
       const BitReader reader = {frame.data(), start, 0, std::numeric_limits<std::size_t>::max()};
       ExpectRun<TypeParam, kSymbols>(rows, reader, count, behind, symbols, position);
       if (testing::Test::HasFatalFailure()) FAIL() << "round " << round;
+    }
+  });
+}
+
+// ---- Zeros
+
+TEST(Zeros, AreCountedFromAnyBitWithoutALoadBehindTheLastOfThem) {
+  for (u64 start = 0; start < 24; ++start) {
+    for (u64 zeros = 0; zeros < 300; ++zeros) {
+      std::vector<u8> bytes((start + zeros) / 8 + 9, 0xFF);
+      for (u64 bit = start; bit < start + zeros; ++bit)
+        bytes[bit / 8] = static_cast<u8>(bytes[bit / 8] & ~(0x80u >> bit % 8));
+      Fenced frame(bytes);
+      for (const u64 most : {u64{1}, zeros / 2, zeros, zeros + 1, zeros + 1000}) {
+        const u64 counted = CountZeroBits(frame.data(), start, most);
+        ASSERT_EQ(std::min(counted, most), std::min(zeros, most)) << start << " " << zeros << " " << most;
+      }
+    }
+  }
+}
+
+// As many patterns as there are, up to both limits; none within a long code.
+TEST(Zeros, AreTakenInWholePatterns) {
+  CallForAll([](const auto& rows) {
+    using Sample = std::remove_cvref_t<decltype(rows.codes->encode)>;
+    constexpr int kSymbols = static_cast<int>(std::tuple_size_v<Sample>);
+    const u32 length = rows.pattern.length;
+    u32 zeroBits = 0;
+    for (u32 place = 0; place < length; ++place)
+      zeroBits += rows.codes->encode[0][static_cast<std::size_t>(Index(ClassAt(rows.pattern, place)))] >> 24;
+    for (u64 zeros = 0; zeros < 200; ++zeros) {
+      std::vector<u8> bytes(zeros / 8 + 16, 0xFF);
+      for (u64 bit = 0; bit < zeros + 3; ++bit)
+        bytes[bit / 8] = static_cast<u8>(bytes[bit / 8] & ~(0x80u >> bit % 8));
+      for (u32 state = 0; state < 2 * length; ++state) {
+        for (const ZeroLimits limits :
+             {ZeroLimits{1000, 2000}, {1000, 3 + zeros / 2}, {zeros / 4, 2000}, {1000, 0}}) {
+          std::vector<SampleOf<kSymbols>> out(1000, 7);
+          Cursor<kSymbols> cursor = {{out.data(), MakeStep(state, 1, 4)}, OpenWindow(bytes.data(), 3)};
+          const u64 bits = std::min(zeros, limits.end > 3 ? limits.end - 3 : 0);
+          const u64 expected = state < length ? std::min(bits / zeroBits, limits.symbols / length) : 0;
+          ASSERT_EQ(TakeZeros(cursor, rows, bytes.data(), limits), expected);
+          ASSERT_EQ(PositionOf(cursor.window), 3 + expected * zeroBits);
+          ASSERT_EQ(StateOfStep(cursor.run.step), state);
+          const auto end = out.begin() + static_cast<std::ptrdiff_t>(expected * length);
+          ASSERT_EQ(cursor.run.out, std::to_address(end));
+          ASSERT_EQ(std::count(out.begin(), end, 0), end - out.begin());
+          ASSERT_EQ(std::count(end, out.end(), 7), out.end() - end);
+        }
+      }
     }
   });
 }
@@ -210,7 +267,7 @@ TYPED_TEST(SymbolRuns, GiveTheSameWhateverIsGuessed) {
     constexpr int kSymbols = static_cast<int>(std::tuple_size_v<Sample>);
     std::mt19937 random(kSymbols + rows.pattern.length);
     for (u32 round = 0; round < 30; ++round) {
-      const std::vector<u8> stream = MakeStream(rows, static_cast<Stream>(round % 5), 24000, random);
+      const std::vector<u8> stream = MakeStream(rows, static_cast<Stream>(round % kStreams), 24000, random);
       const std::size_t count = rows.pattern.length * (400 + random() % (round % 4 == 0 ? 3000 : 1200));
       const u64 start = random() % 70;
       std::vector<SampleOf<kSymbols>> symbols(count);
@@ -225,7 +282,7 @@ TYPED_TEST(SymbolRuns, GiveTheSameWhateverIsGuessed) {
                                 endless ? std::numeric_limits<std::size_t>::max() : frame.size()};
       for (const u32 percent : {100u, 3u, 60u, 95u, 105u, 150u, 400u}) {
         ExpectRun<TypeParam, kSymbols>(rows, reader, count, behind, symbols, position,
-                                       {bits * percent / 100, count, 0, 0});
+                                       {bits * percent / 100, 0, count, 0, 0});
         if (testing::Test::HasFatalFailure()) FAIL() << "round " << round << ", " << percent << " percent";
       }
     }
@@ -253,7 +310,7 @@ TEST(TwoCursors, MeetInMostRunsAndGiveWhatOneGives) {
       auto* const begin = reinterpret_cast<SampleOf<kSymbols>*>(out.data());
       SymbolRun<kSymbols> run = {begin, kStepBeforeRun};
       const u64 middle = start + (position - start) * (30 + round % 50) / 100;
-      if (GetFromTwo(reader, rows, run, begin + count, middle, stream.size())) ++met;
+      if (GetFromTwo(reader, rows, run, begin + count, middle, stream.size()).meets) ++met;
       if (run.out - begin > static_cast<std::ptrdiff_t>(count) * 3 / 5) ++halfway;
       ASSERT_LE(run.out, begin + count);
       GetLastSymbols(reader, rows, run, begin + count);
@@ -274,8 +331,8 @@ TEST(TwoCursors, LoadNothingThatIsNotReadable) {
     std::mt19937 random(kSymbols + rows.pattern.length);
     for (u32 round = 0; round < 100; ++round) {
       const u64 middle = 1000 + random() % 200;
-      const std::vector<u8> bytes =
-          MakeStream(rows, static_cast<Stream>(round % 5), middle / 8 + 24 + random() % 60, random);
+      const std::vector<u8> bytes = MakeStream(rows, static_cast<Stream>(round % kStreams),
+                                               middle / 8 + 1 + kReadableBehind + random() % 60, random);
       std::vector<SampleOf<kSymbols>> out(3000, 7);
       Fenced frame(bytes);
       const u64 start = random() % 70;
@@ -292,22 +349,28 @@ TEST(TwoCursors, LoadNothingThatIsNotReadable) {
   });
 }
 
-// All windows are the same, pairs have four bits: from another place of the pattern the second cursor never comes upon a
-// place that the first one has.
+// Pairs of symbols 1, which have five bits, 00110. From another bit of one the second cursor never comes upon a place
+// that the first one has.
+std::vector<u8> StreamOfOnes() {
+  std::vector<u8> stream;
+  while (stream.size() < 4000) stream.insert(stream.end(), {0x31, 0x8C, 0x63, 0x18, 0xC6});
+  return stream;
+}
+
 TEST(TwoCursors, ThatDoNotMeetLeaveTheRunToTheFirst) {
   const RowCodes<256>& rows = RowCodesOfLayout<YCbCr8bw422, Scan::p>();
   std::vector<u8> symbols(8000);
-  const std::vector<u8> stream(4000, 0);
+  const std::vector<u8> stream = StreamOfOnes();
   const u64 position = DecodeOneByOne<256>(rows, stream, 0, symbols);
-  ASSERT_EQ(symbols, std::vector<u8>(8000, 0));
-  ASSERT_EQ(position, 16000u);
+  ASSERT_EQ(symbols, std::vector<u8>(8000, 1));
+  ASSERT_EQ(position, 20000u);
   Fenced frame(stream);
-  for (u64 middle = 8000; middle < 8004; ++middle) {
+  for (u64 middle = 10000; middle < 10005; ++middle) {
     BitReader reader = {frame.data(), 0, 0, frame.size()};
     Guarded out(symbols.size(), 0xEE);
     SymbolRun<256> run = {out.data(), kStepBeforeRun};
-    const bool met = GetFromTwo(reader, rows, run, out.data() + out.size(), middle, stream.size());
-    EXPECT_EQ(met, middle == 8000) << middle;
+    const Meeting meeting = GetFromTwo(reader, rows, run, out.data() + out.size(), middle, stream.size());
+    EXPECT_EQ(meeting.meets, middle == 10000) << middle;
     GetLastSymbols(reader, rows, run, out.data() + out.size());
     ASSERT_EQ(std::memcmp(out.data(), symbols.data(), out.size()), 0) << middle;
     ASSERT_EQ(reader.position, position);
@@ -317,11 +380,11 @@ TEST(TwoCursors, ThatDoNotMeetLeaveTheRunToTheFirst) {
 // Runs that are not met are left to one cursor for a while, each time a longer one.
 TEST(TwoCursors, PauseWhereTheyDoNotMeet) {
   const RowCodes<256>& rows = RowCodesOfLayout<YCbCr8bw422, Scan::p>();
-  const std::vector<u8> stream(4000, 0);
+  const std::vector<u8> stream = StreamOfOnes();
   std::vector<u8> symbols(8000);
   const u64 position = DecodeOneByOne<256>(rows, stream, 0, symbols);
   // The middle is at a whole pair, or one bit behind it.
-  RunGuess guess = {position + 2, symbols.size(), 0, 3};
+  RunGuess guess = {position + 2, 0, symbols.size(), 0, 3};
   BitReader reader = {stream.data(), 0, 0, stream.size()};
   SymbolRun<256> run = {symbols.data(), kStepBeforeRun};
   TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
@@ -337,6 +400,40 @@ TEST(TwoCursors, PauseWhereTheyDoNotMeet) {
   TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
   EXPECT_EQ(guess.pause, 0u);
   EXPECT_GT(run.out, symbols.data() + 4000);
+}
+
+// In flat rows the first cursor soon is where it has to go, wherever the second began.
+TEST(TwoCursors, DoNotPauseBecauseOfZeros) {
+  const RowCodes<256>& rows = RowCodesOfLayout<YCbCr8bw422, Scan::p>();
+  const std::vector<u8> stream(4000, 0);
+  for (u64 bits = 16000; bits < 16008; ++bits) {
+    std::vector<u8> symbols(8000, 7);
+    RunGuess guess = {bits, 0, symbols.size(), 0, 3};
+    BitReader reader = {stream.data(), 0, 0, stream.size()};
+    SymbolRun<256> run = {symbols.data(), kStepBeforeRun};
+    TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
+    EXPECT_EQ(guess.pause, 0u) << bits;
+    EXPECT_GT(run.out, symbols.data() + 7900) << bits;
+    EXPECT_EQ(reader.position, static_cast<u64>(run.out - symbols.data()) * 2) << bits;
+    EXPECT_TRUE(std::all_of(symbols.data(), run.out, [](u8 symbol) { return symbol == 0; })) << bits;
+  }
+}
+
+// Of a row with little besides zeros one cursor is enough.
+TEST(TwoCursors, AreNotForZeros) {
+  const RowCodes<256>& rows = RowCodesOfLayout<YCbCr8bw422, Scan::p>();
+  const std::vector<u8> stream(4000, 0);
+  std::vector<u8> symbols(8000);
+  BitReader reader = {stream.data(), 0, 0, stream.size()};
+  RunGuess guess;
+  GetSymbols<NativeWindow, 256>(reader, rows, symbols.data(), symbols.size(), 30000, guess);
+  EXPECT_EQ(guess.bits, 16000u);
+  EXPECT_GT(guess.zeroBits, 15000u);
+  EXPECT_LE(guess.zeroBits, guess.bits);
+  reader.position = 0;
+  SymbolRun<256> run = {symbols.data(), kStepBeforeRun};
+  TryFromTwo(reader, rows, run, symbols.data() + symbols.size(), 30000, guess);
+  EXPECT_EQ(run.out, symbols.data());
 }
 
 TEST(TwoCursors, GuessThatTheNextRunIsLikeTheLast) {
