@@ -167,4 +167,18 @@ inline Lanes LaneNumbers() {
   return NumberLanes(std::make_integer_sequence<int, static_cast<int>(kLanes)>());
 }
 
+inline bool IsZero(Lanes lanes) {
+  const auto words = (typename VectorOf<u64, 2 * kLanes>::Type) lanes;
+  u64 any = 0;
+  for (u32 i = 0; i < kLanes / 4; ++i) any |= words[i];
+  return any == 0;
+}
+
+// Whether `count` bytes are zero, and those behind them up to a whole number of vectors.
+inline bool AreZero(const u8* bytes, std::size_t count) {
+  Lanes any = {};
+  for (std::size_t i = 0; i < count; i += sizeof any) any |= LoadNative<Lanes>(bytes + i);
+  return IsZero(any);
+}
+
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

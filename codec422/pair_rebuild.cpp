@@ -1,5 +1,6 @@
 #include "codec422/pair_rebuild.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -134,6 +135,43 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
   StoreRows(square, pairsOfRow);
 }
 
+// Groups that are looked at together for whether anything happens in them.
+constexpr std::ptrdiff_t kFlatGroups = 16;
+constexpr std::size_t kFlatBytes = kFlatGroups * 16;
+
+// Whether the next kFlatGroups groups of all rows are of one colour, which is `pair`: it is all around them and above them,
+// and all symbols are zero. The first symbols tell most of the time.
+template <ChromaSign Sign>
+bool AreFlat(const Band& band, const u8* above, u8* const* rows, std::ptrdiff_t group, u32 pair) {
+  if (LoadNative<u64>(rows[0] + group * 16) != 0) return false;
+  const Lanes colour = (Lanes)(LaneWords{} + pair);
+  const Lanes even = (Lanes)((LaneWords)colour << 16);  // Y'0 and Cb in the last lanes of pairs
+  const Lanes luma = Lanes{} + static_cast<i16>(pair & 255);
+  const Lanes cb = Lanes{} + ChromaIn<Sign>(even)[1];
+  const Lanes cr = Lanes{} + ChromaIn<Sign>(colour)[1];
+  const Lanes others = (band.luma0 ^ luma) | (band.luma1 ^ luma) | (band.luma1Above ^ luma) |
+                       (band.cb.left ^ cb) | (band.cb.topLeft ^ cb) | (band.cr.left ^ cr) |
+                       (band.cr.topLeft ^ cr) | ((colour & 255) ^ luma);
+  if (!IsZero(others)) return false;
+  Lanes aboveOthers = {};
+  for (std::size_t i = 0; i < kFlatBytes; i += sizeof aboveOthers)
+    aboveOthers |= LoadNative<Lanes>(above + group * 16 + i) ^ colour;
+  if (!IsZero(aboveOthers)) return false;
+  for (u32 r = 0; r < kBandRows; ++r) {
+    if (!AreZero(rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4, kFlatBytes)) return false;
+  }
+  return true;
+}
+
+// Samples of groups that are flat. What the band remembers stays as it is.
+void FillGroups(u8* const* rows, std::ptrdiff_t group, u32 pair) {
+  const auto colour = (Lanes)(LaneWords{} + pair);
+  for (u32 r = 0; r < kBandRows; ++r) {
+    u8* const row = rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4;
+    for (std::size_t i = 0; i < kFlatBytes; i += sizeof colour) StoreNative(row + i, colour);
+  }
+}
+
 template <ChromaSign Sign, bool AnyRaw>
 void RebuildBandRows(const u8* above, u8* const* rows, std::size_t pairs, Lanes predicted) {
   Band band = {};
@@ -142,7 +180,18 @@ void RebuildBandRows(const u8* above, u8* const* rows, std::size_t pairs, Lanes 
   std::ptrdiff_t group = 0;
   for (; group < std::ptrdiff_t{kBandRows / 4} && group < groups; ++group)
     StepGroup<Sign, true, AnyRaw>(band, above, rows, group, predicted);
-  for (; group < groups; ++group) StepGroup<Sign, false, AnyRaw>(band, above, rows, group, predicted);
+  while (group < groups) {
+    if (!AnyRaw && group + kFlatGroups <= groups) {
+      const u32 pair = LoadNative<u32>(above + group * 16);
+      if (AreFlat<Sign>(band, above, rows, group, pair)) {
+        FillGroups(rows, group, pair);
+        group += kFlatGroups;
+        continue;
+      }
+    }
+    const std::ptrdiff_t end = std::min(group + kFlatGroups, groups);
+    for (; group < end; ++group) StepGroup<Sign, false, AnyRaw>(band, above, rows, group, predicted);
+  }
 }
 
 }  // namespace

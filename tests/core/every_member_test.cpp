@@ -207,6 +207,23 @@ TEST(EveryMember, DecodersGiveThePicturesOfTheModel) {
   EXPECT_GT(seen.status[0], 5000u);
 }
 
+// Bands whose strips are of one colour, next to others and to strips with a single speck.
+TEST(EveryMember, DecodersGiveThePatchesOfTheModel) {
+  const std::vector<Member> members = AllMembers(Direction::decode);
+  Seen seen = {};
+  for (std::size_t m = 0; m < members.size(); m += 3) {
+    const Member& member = members[m];
+    if (member.scan != 'p') continue;
+    const u32 width = 500 + static_cast<u32>(m % 90);
+    const i32 rowBytes = static_cast<i32>((reference::RowBytes(member.pixel, width) + 3) / 4 * 4);
+    const Setting s = {
+        {width, 57, rowBytes, static_cast<u32>(m % 3), 5, 0}, Paint::patches, static_cast<u32>(m)};
+    const std::vector<u8> frame = BitsToWords(MakeFrame(member, s, m % 4 == 0 ? 40 : 0));
+    ASSERT_EQ(CompareDecoder(member, s, frame, false, seen), "") << member.name << ": " << s;
+  }
+  EXPECT_GT(seen.status[0], 100u);
+}
+
 TEST(EveryMember, DecodersOfDamagedFramesStayInsideAndGiveTheRowsOfTheModel) {
   Seen seen = {};
   Walk(Direction::decode, 698, 16, CompareDamagedFrame, seen);

@@ -13,8 +13,8 @@
 
 namespace vorel {
 
-enum class Paint { flat, ramp, photo, noise, edges, mixed };
-constexpr u32 kPaints = 6;
+enum class Paint { flat, ramp, photo, noise, edges, mixed, patches };
+constexpr u32 kPaints = 6;  // besides patches, which need a large picture
 
 // Small enough to be begun anew for every row.
 using Random = std::minstd_rand;
@@ -52,6 +52,8 @@ inline int PaintSample(Painter& painter, Paint paint, int index, int most, const
       return any % 5 == 0 ? any / 5 % 2 * most : above != nullptr ? *above : most / 2;
     case Paint::mixed:  // residuals of one size, so that rows of every length come about
       return std::clamp(most / 2 + any % (2 * spread + 1) - spread, 0, most);
+    case Paint::patches:  // of one colour each, with a speck now and then
+      return any % 10000 == 0 ? any / 10000 % (most + 1) : (index / 230 + row / 45) % 3 * most / 3;
   }
   return 0;
 }

@@ -71,6 +71,62 @@ void CompareBands() {
   }
 }
 
+// Rows of one colour, but for a few symbols and a few pairs above.
+template <ChromaSign Sign>
+void CompareFlatBands() {
+  std::mt19937 random(17);
+  u32 flat = 0;
+  for (u32 round = 0; round < 4000; ++round) {
+    const std::size_t pairs = 200 + random() % 200;
+    std::vector<u8> above(4 * pairs);
+    for (std::size_t i = 0; i < above.size(); ++i)
+      above[i] = static_cast<u8>(std::array{200, 130, round % 7 == 6 ? 201 : 200, 5}[i % 4]);
+    if (round % 8 == 0) above[random() % above.size()] ^= 1;
+    // Another chroma above the pair before a place where groups that are looked at together begin, which the first row has
+    // not.
+    const std::size_t chromaBefore = 4 * (kBandRows + 64) - (round % 8 == 3 ? 1 : 3);
+    if (round % 4 == 3) ++above[chromaBefore];
+    // A step in one component there.
+    if (round % 7 == 5) {
+      for (std::size_t i = 4 * (kBandRows + 64) + round % 4; i < above.size(); i += 4) above[i] ^= 1;
+    }
+    const std::size_t pitch = kBandFrontPadding + 4 * pairs + kBandBackPadding;
+    Guarded block(pitch * (kBandRows + 1), 0xE7);
+    std::copy(above.begin(), above.end(), block.data() + kBandFrontPadding);
+    std::array<u8*, kBandRows> rows;
+    std::vector<std::vector<u8>> expected;
+    std::vector<u8> rowAbove = above;
+    const u32 rowBefore = static_cast<u32>(random() % kBandRows);
+    for (u32 r = 0; r < kBandRows; ++r) {
+      std::vector<u8> symbols(4 * pairs, 0);
+      if (round % 4 == 3 && r == 0) symbols[chromaBefore] = 255;
+      // Little things just before such a place, in one row.
+      if (round % 4 == 2 && r == rowBefore) {
+        for (u32 i = 0; i < 1 + round % 3; ++i)
+          symbols[4 * (kBandRows + 64 - r) - 1 - random() % 12] = static_cast<u8>(random() % 7 - 3);
+      }
+      if (round % 4 == 1 && random() % kBandRows == 0) symbols[random() % symbols.size()] = 3;
+      rows[r] = block.data() + (r + 1) * pitch + kBandFrontPadding;
+      std::copy(symbols.begin(), symbols.end(), rows[r]);
+      rowAbove = RebuildPlainly(rowAbove, symbols, Sign == ChromaSign::isSigned);
+      expected.push_back(rowAbove);
+    }
+    if (std::equal(above.begin() + 4, above.end(), above.begin())) ++flat;
+    RebuildBand<Sign>(block.data() + kBandFrontPadding, rows.data(), pairs, 0);
+    for (u32 r = 0; r < kBandRows; ++r) {
+      ASSERT_EQ(std::vector<u8>(rows[r], rows[r] + 4 * pairs), expected[r])
+          << pairs << " pairs, row " << r << ", round " << round;
+    }
+    ASSERT_TRUE(block.MarksIntact());
+  }
+  EXPECT_GT(flat, 100u);
+}
+
+TEST(RebuildBand, FlatPartsEqualSampleBySample) {
+  CompareFlatBands<ChromaSign::isSigned>();
+  CompareFlatBands<ChromaSign::isUnsigned>();
+}
+
 TEST(RebuildBand, SignedChromaEqualsSampleBySample) {
   CompareBands<ChromaSign::isSigned>();
 }

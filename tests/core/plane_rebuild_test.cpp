@@ -1,9 +1,11 @@
 // Samples from symbols, plane by plane, as vectors do it, against one sample after another.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 
 #include "codec/band_rebuild.h"
+#include "codec/plane_bands.h"
 #include "codec/strip_rebuild.h"
 
 namespace vorel {
@@ -171,6 +173,90 @@ TEST(SplitStreams, TwoToFourOfEitherSize) {
   CompareStreams<2, u16>();
   CompareStreams<3, u16>();
   CompareStreams<4, u16>();
+}
+
+// ---- Strips of one colour
+
+// A strip of a band that is flat, and everything that it depends on.
+template <const FrameLayout& Layout>
+struct FlatStrip {
+  std::unique_ptr<BandSymbols<Layout>> symbols = std::make_unique<BandSymbols<Layout>>();
+  u32 step = 96;
+  u32 count = 96;
+  SampleStrip above = {};
+  UnitSamples leftAbove = {10, 20, 30, 40};
+  std::array<UnitSamples, kBandLanes> left;
+
+  FlatStrip() {
+    symbols->rowBytes = SymbolRowBytes<Layout>(500);
+    symbols->rows = kBandLanes;
+    symbols->rawRows = 0;
+    for (u32 r = 0; r < kBandLanes; ++r) {
+      std::fill_n(symbols->Row(r), 500 * kStepLength<Layout>, SampleOf<kSymbolsOf<Layout>>{1});
+      std::fill_n(symbols->Row(r) + step * kStepLength<Layout>, count * kStepLength<Layout>,
+                  SampleOf<kSymbolsOf<Layout>>{0});
+    }
+    std::fill_n(above.first.cells, std::size(above.first.cells), i16{10});
+    std::fill_n(above.second.cells, std::size(above.second.cells), i16{20});
+    std::fill_n(above.third.cells, std::size(above.third.cells), i16{30});
+    std::fill_n(above.alpha.cells, std::size(above.alpha.cells), i16{40});
+    left.fill(leftAbove);
+  }
+
+  template <bool KeepAlpha>
+  bool IsSo() {
+    return IsFlat<Layout, KeepAlpha>(*symbols, step, count, above, leftAbove, left);
+  }
+};
+
+// Whatever is other than the colour is seen.
+template <const FrameLayout& Layout, bool KeepAlpha>
+void ChangeEverything() {
+  FlatStrip<Layout> strip;
+  const auto isFlat = [&] { return strip.template IsSo<KeepAlpha>(); };
+  ASSERT_TRUE(isFlat());
+  const auto expectSeen = [&](auto& place, bool matters, const char* what, std::size_t at) {
+    const auto before = place;
+    place = static_cast<std::remove_reference_t<decltype(place)>>(before + 1);
+    EXPECT_EQ(isFlat(), !matters) << what << ' ' << at;
+    place = before;
+  };
+  for (u32 r = 0; r < kBandLanes; ++r) {
+    auto* const row = strip.symbols->Row(r) + strip.step * kStepLength<Layout>;
+    for (std::size_t i = 0; i < strip.count * kStepLength<Layout>; ++i) expectSeen(row[i], true, "symbol", i);
+    strip.symbols->rawRows = 1u << r;
+    EXPECT_FALSE(isFlat());
+    strip.symbols->rawRows = 0;
+    UnitSamples& left = strip.left[r];
+    for (i16* sample : {&left.first, &left.second, &left.third}) expectSeen(*sample, true, "left", r);
+    expectSeen(left.alpha, KeepAlpha, "left alpha", r);
+  }
+  UnitSamples& leftAbove = strip.leftAbove;
+  for (i16* sample : {&leftAbove.first, &leftAbove.second, &leftAbove.third})
+    expectSeen(*sample, true, "left above", 0);
+  expectSeen(leftAbove.alpha, KeepAlpha, "left above alpha", 0);
+  const u32 others = kInPairs<Layout> ? strip.count / 2 : strip.count;
+  for (u32 i = 0; i < strip.count; ++i) {
+    expectSeen(Cells(strip.above.first)[i], true, "above", i);
+    expectSeen(Cells(strip.above.second)[i], i < others, "second above", i);
+    expectSeen(Cells(strip.above.third)[i], i < others, "third above", i);
+    expectSeen(Cells(strip.above.alpha)[i], KeepAlpha, "alpha above", i);
+  }
+  // Nothing is left of the first strip.
+  strip.step = 0;
+  for (u32 r = 0; r < kBandLanes; ++r)
+    std::fill_n(strip.symbols->Row(r), 96 * kStepLength<Layout>, SampleOf<kSymbolsOf<Layout>>{0});
+  expectSeen(leftAbove.first, false, "left above the first strip", 0);
+  expectSeen(strip.left[0].first, false, "left of the first strip", 0);
+  ASSERT_TRUE(isFlat());
+}
+
+TEST(FlatStrips, AreThoseWhereNothingDiffers) {
+  ChangeEverything<RGB8bf, false>();
+  ChangeEverything<RGBA10bf, true>();
+  ChangeEverything<RGBA10bf, false>();
+  ChangeEverything<YCbCr10bv422, false>();
+  ChangeEverything<YCbCrA8bv4224, true>();
 }
 
 }  // namespace
