@@ -2,8 +2,8 @@
 // it is formed from the bytes, most significant bit first.
 //
 // Only bytes from `readableFrom` up to `readableTo` are ever loaded, others read as zero. A routine whose
-// caller promises a whole frame bound has no end; then at most two words behind the last coded bit are
-// loaded.
+// caller promises a whole frame bound has no end; then at most two words behind the last coded bit of a whole
+// frame are loaded.
 #pragma once
 #include "base/bytes.h"
 #include "base/instructions.h"
