@@ -104,6 +104,16 @@ const Member& DirectOf(const Member& converted, const std::vector<Member>& membe
                            ": no member of --members has its frame format");
 }
 
+// The progressive member beside an interlaced one, if --members names it.
+const Member* ProgressiveOf(const Member& member, const std::vector<Member>& members) {
+  if (member.encode->scan != Scan::i) return nullptr;
+  const auto other = std::find_if(members.begin(), members.end(), [&](const Member& candidate) {
+    return candidate.encode->layout == member.encode->layout && candidate.encode->scan == Scan::p &&
+           candidate.pixelName == member.pixelName;
+  });
+  return other == members.end() ? nullptr : &*other;
+}
+
 // Pictures that a group of benchmarks runs on.
 struct Group {
   std::string name;
@@ -176,11 +186,13 @@ int Main(int count, char** arguments) {
     for (const Group& group : groups) {
       RegisterFrames(member, group.name, group.sequences);
       RegisterSets(member, group.name, group.sequences);
+      if (const Member* const progressive = ProgressiveOf(member, members))
+        RegisterBeside("scans", *progressive, member, group.name, group.sequences);
     }
   }
   for (const Member& member : FindMembers(options.converted)) {
     for (const Group& group : groups)
-      RegisterShare(DirectOf(member, members), member, group.name, group.sequences);
+      RegisterBeside("share", DirectOf(member, members), member, group.name, group.sequences);
   }
   for (const Group& group : groups) RegisterPeers(group.name, group.sequences);
   RegisterComponents(groups[0].sequences);

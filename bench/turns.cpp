@@ -81,19 +81,19 @@ void RegisterSets(const Member& member, const std::string& group,
   add("sets/decode/", &Prepared::Decode);
 }
 
-void RegisterShare(const Member& direct, const Member& converted, const std::string& group,
-                   const std::vector<const Sequence*>& sequences) {
+void RegisterBeside(const std::string& kind, const Member& other, const Member& member,
+                    const std::string& group, const std::vector<const Sequence*>& sequences) {
   const auto add = [&](const char* operation, Direction code) {
-    Register(operation + converted.name + '/' + group, [=](benchmark::State& state, Timings& timings) {
-      Prepared& first = PreparedFirst(direct, sequences);
-      Prepared& second = PreparedSecond(converted, sequences);
+    Register(kind + operation + member.name + '/' + group, [=](benchmark::State& state, Timings& timings) {
+      Prepared& first = PreparedFirst(other, sequences);
+      Prepared& second = PreparedSecond(member, sequences);
       MeasureInTurns(
           state, first.items.size(), timings, [&](std::size_t i) { (first.*code)(i); },
           [&](std::size_t i) { (second.*code)(i); });
     });
   };
-  add("share/encode/", &Prepared::Encode);
-  add("share/decode/", &Prepared::Decode);
+  add("/encode/", &Prepared::Encode);
+  add("/decode/", &Prepared::Decode);
 }
 
 }  // namespace vorel::bench

@@ -13,9 +13,8 @@ namespace vorel::bench {
 void RegisterSets(const Member& member, const std::string& group,
                   const std::vector<const Sequence*>& sequences);
 
-// How many times as fast a member that converts is as the one without conversion, in both directions:
-// "share/encode/MEMBER/GROUP".
-void RegisterShare(const Member& direct, const Member& converted, const std::string& group,
-                   const std::vector<const Sequence*>& sequences);
+// How many times as fast a member is as another one, in both directions: "KIND/encode/MEMBER/GROUP".
+void RegisterBeside(const std::string& kind, const Member& other, const Member& member,
+                    const std::string& group, const std::vector<const Sequence*>& sequences);
 
 }  // namespace vorel::bench

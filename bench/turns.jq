@@ -1,4 +1,4 @@
-# A table of what vorel-bench measured in turns, from its JSON: $kind is "sets" or "share".
+# A table of what vorel-bench measured in turns, from its JSON: $kind is "sets", "scans" or "share".
 include "numbers";
 
 (.benchmarks | map({key: .name, value: .["times as fast"]}) | from_entries) as $ratios
