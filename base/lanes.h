@@ -99,10 +99,26 @@ inline PartLanes HighPart(Lanes lanes) {
   return (PartLanes)_mm256_extracti128_si256((__m256i)lanes, 1);
 }
 
-// Bytes of each part in another order: byte i becomes the one at from[i], or zero if that is negative.
-using ByteOrderOfParts = i8 __attribute__((vector_size(32)));
-inline Lanes ReorderBytes(Lanes bytes, ByteOrderOfParts from) {
-  return (Lanes)_mm256_shuffle_epi8((__m256i)bytes, (__m256i)from);
+// Bytes of each part in another order: byte i becomes the one at from[i] of its part, or zero if that is negative.
+using OrderOfParts = std::array<i8, 32>;
+inline Lanes ReorderBytes(Lanes bytes, const OrderOfParts& from) {
+  return (Lanes)_mm256_shuffle_epi8((__m256i)bytes, LoadNative<__m256i>(from.data()));
+}
+
+// The same order for both parts: from(i) is the byte that becomes byte i.
+template <typename From>
+constexpr OrderOfParts OrderOfBytes(From from) {
+  OrderOfParts order = {};
+  for (int i = 0; i < 32; ++i) order[static_cast<std::size_t>(i)] = static_cast<i8>(from(i % 16));
+  return order;
+}
+
+// A vector whose second part is the first one of `lanes`, with zeros in the first.
+inline Lanes FirstPartAsSecond(Lanes lanes) {
+  return (Lanes)_mm256_permute2x128_si256((__m256i)lanes, (__m256i)lanes, 0x08);
+}
+inline Lanes SecondPartInBoth(Lanes lanes) {
+  return (Lanes)_mm256_permute4x64_epi64((__m256i)lanes, 0xEE);
 }
 
 #endif

@@ -36,14 +36,13 @@ struct RowStrips {
 
   // Makes a strip of `row`, with the samples left of it in place, in the kept row or in its first strip. The
   // left neighbour of the first strip is the caller's.
-  SampleStrip& Make(KeptRow& kept, const u8* row, u32 number, const UnitSamples& leftOfRow,
+  void Make(KeptRow& kept, const u8* row, u32 number, const UnitSamples& leftOfRow,
                     ChromaCarry& carry) const {
     SampleStrip& strip = kept.strips[keeps ? number : 0];
     const UnitSamples left =
         number == 0 ? leftOfRow : LastSamples<Layout>(kept.strips[keeps ? number - 1 : 0]);
     source->fill(row, {number * kStripPixels, width}, source->weights, carry, strip);
     SetLeft(strip, left);
-    return strip;
   }
 };
 
@@ -66,23 +65,28 @@ template <const FrameLayout& Layout, bool FromAbove>
                                               const u8* rowAbove, const UnitSamples& leftOfRow) {
   ChromaCarry carry = {};
   ChromaCarry carryAbove = {};
-  StripIndexes<Layout> symbols = {};
-  UnitSamples firstUnit = {};
   UnitSamples left = leftOfRow;
-  const u32 strips = StripsOf<Layout>(rows.width);
-  for (u32 i = 0; i < strips; ++i) {
-    const SampleStrip* above = &rows.above->strips[rows.keeps ? i : 0];
+  const auto placeOf = [&](u32 strip) { return rows.keeps ? strip : 0; };
+  const auto make = [&](u32 i) {
     if constexpr (FromAbove) {
-      if (!rows.keeps) above = &rows.Make(*rows.above, rowAbove, i, left, carryAbove);
+      if (!rows.keeps) rows.Make(*rows.above, rowAbove, i, left, carryAbove);
       if (i == 0) {
         // Left of the first unit both rows have what stands above it.
-        left = FirstSamples(*above);
+        left = FirstSamples(rows.above->strips[0]);
         SetLeft(rows.above->strips[0], left);
       }
     }
-    const SampleStrip& strip = rows.Make(*rows.now, row, i, left, carry);
-    if (i == 0) firstUnit = FirstSamples(strip);
-    PredictStrip<Layout, FromAbove>(strip, *above, symbols);
+    rows.Make(*rows.now, row, i, left, carry);
+  };
+  StripIndexes<Layout> symbols = {};
+  const u32 strips = StripsOf<Layout>(rows.width);
+  make(0);
+  const UnitSamples firstUnit = FirstSamples(rows.now->strips[0]);
+  for (u32 i = 0; i < strips; ++i) {
+    PredictStrip<Layout, FromAbove>(rows.now->strips[placeOf(i)], rows.above->strips[placeOf(i)], symbols);
+    // Prediction reads samples and their neighbours across the vectors that were stored, for which a processor waits
+    // until they are in memory. They come there while the strip before is coded.
+    if (i + 1 < strips) make(i + 1);
     PutSteps<kStepLength<Layout>>(writer, codes, CellsOf<Layout>(symbols), StepsAt<Layout>(rows.width, i));
   }
   return firstUnit;
@@ -95,9 +99,8 @@ template <const FrameLayout& Layout>
   StripSymbols symbols;
   const u32 strips = StripsOf<Layout>(rows.width);
   for (u32 i = 0; i < strips; ++i) {
-    const SampleStrip& strip =
-        rows.keeps ? rows.now->strips[i] : rows.Make(*rows.now, row, i, UnitSamples{}, carry);
-    CopySamples<Layout>(strip, symbols);
+    if (!rows.keeps) rows.Make(*rows.now, row, i, UnitSamples{}, carry);
+    CopySamples<Layout>(rows.now->strips[rows.keeps ? i : 0], symbols);
     PutRawSteps<kStepLength<Layout>, Layout.samples.bits>(writer, InOrder<Layout>(symbols),
                                                           StepsAt<Layout>(rows.width, i));
   }

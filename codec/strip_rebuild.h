@@ -51,25 +51,57 @@ void PlaceResiduals(const SampleOf<kSymbolsOf<Layout>>* symbols, u32 steps, Samp
   if constexpr (Layout.samples.model == ColourModel::rgb) UnchainColours(strip);
 }
 
+#ifdef __AVX2__
+
+// The last sum of a vector in all lanes, and sums of the lanes up to each.
+inline Lanes EndOfParts(WrappingLanes sums) {
+  static constexpr auto kLast = OrderOfBytes([](int i) { return 14 + i % 2; });
+  return ReorderBytes((Lanes)sums, kLast);
+}
+inline WrappingLanes EndOf(WrappingLanes sums) {
+  return (WrappingLanes)SecondPartInBoth(EndOfParts(sums));
+}
+inline WrappingLanes SumLanes(WrappingLanes sums) {
+  const auto addUp = [&]<int Distance>(std::integral_constant<int, Distance> /*lanes*/) {
+    static constexpr auto kUp = OrderOfBytes([](int i) { return i - 2 * Distance; });
+    sums += (WrappingLanes)ReorderBytes((Lanes)sums, kUp);
+  };
+  addUp(std::integral_constant<int, 1>());
+  addUp(std::integral_constant<int, 2>());
+  addUp(std::integral_constant<int, 4>());
+  return sums + (WrappingLanes)FirstPartAsSecond(EndOfParts(sums));
+}
+
+#else
+
 template <int Distance, int... To>
-inline WrappingPartLanes MoveUpBy(WrappingPartLanes value, std::integer_sequence<int, To...> /*lanes*/) {
-  const WrappingPartLanes zero = {};
+inline WrappingLanes MoveUpBy(WrappingLanes value, std::integer_sequence<int, To...> /*lanes*/) {
+  const WrappingLanes zero = {};
   return __builtin_shufflevector(zero, value, (To < Distance ? To : 8 + To - Distance)...);
 }
+
+// The last sum of a vector in all lanes, and sums of the lanes up to each.
+inline WrappingLanes EndOf(WrappingLanes sums) {
+  return __builtin_shufflevector(sums, sums, 7, 7, 7, 7, 7, 7, 7, 7);
+}
+inline WrappingLanes SumLanes(WrappingLanes sums) {
+  constexpr auto kEach = std::make_integer_sequence<int, static_cast<int>(kLanes)>();
+  sums += MoveUpBy<1>(sums, kEach);
+  sums += MoveUpBy<2>(sums, kEach);
+  return sums + MoveUpBy<4>(sums, kEach);
+}
+
+#endif
 
 // left-only rule: running sums behind cell -1. A whole vector may be changed behind `count` cells.
 template <u16 Mask>
 [[gnu::noinline]] void SumFromLeft(i16* cells, u32 count) {
-  constexpr auto kEach = std::make_integer_sequence<int, static_cast<int>(kPartLanes)>();
-  WrappingPartLanes before = WrappingPartLanes{} + static_cast<u16>(cells[-1]);
-  for (u32 i = 0; i < count; i += kPartLanes) {
-    WrappingPartLanes sum = LoadNative<WrappingPartLanes>(cells + i);
-    sum += MoveUpBy<1>(sum, kEach);
-    sum += MoveUpBy<2>(sum, kEach);
-    sum += MoveUpBy<4>(sum, kEach);
-    sum += before;
-    StoreNative(cells + i, sum & Mask);
-    before = __builtin_shufflevector(sum, sum, 7, 7, 7, 7, 7, 7, 7, 7);
+  // Sums within a vector wait for nothing before it.
+  WrappingLanes carry = WrappingLanes{} + static_cast<u16>(cells[-1]);
+  for (u32 i = 0; i < count; i += kLanes) {
+    const WrappingLanes sums = SumLanes(LoadNative<WrappingLanes>(cells + i));
+    StoreNative(cells + i, (sums + carry) & Mask);
+    carry += EndOf(sums);
   }
 }
 

@@ -38,17 +38,37 @@ u32 FirstPairWord(const u8* row) {
   return PairWord({cells[0], cells[1], cells[3]});
 }
 
+// Codes a row strip by strip: `fill` makes the cells of some pairs, `predict` the symbols of the last ones that were made.
+//
+// Prediction reads cells and their neighbours across the vectors that were stored, for which a processor waits until they
+// are in memory. They come there while the strip before is coded.
+template <typename Fill, typename Predict>
+[[gnu::always_inline]] inline void PutStrips(Writer& writer, const SymbolCodes<256>& codes, u32 pairs,
+                                             Fill fill, Predict predict) {
+  std::array<u16, kStripPixels> symbols;
+  u32 count = std::min(kStripPairs, pairs);
+  fill(0, count);
+  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
+    predict(symbols.data());
+    const u32 now = count;
+    if (pairs - pair > kStripPairs) {
+      count = std::min(kStripPairs, pairs - pair - kStripPairs);
+      fill(pair + kStripPairs, count);
+    }
+    PutSteps<2>(writer, codes, {symbols.data(), {}}, now * 2);
+  }
+}
+
 // Codes a row by the left-only rule. `leftOfRow` stands for the pair before the first one: Y', Cb, Y', Cr.
 template <const PixelLayout& Pixel>
 [[gnu::noinline]] void PutLeftOnlyRow(Writer& writer, const SymbolCodes<256>& codes, const u8* row, u32 pairs,
                                       u32 leftOfRow) {
   PairStrip strip = {};
-  std::array<u16, kStripPixels> symbols;
-  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
-    const u32 count = std::min(kStripPairs, pairs - pair);
-    PredictLeftOnly(FillPairs<Pixel>(row, pair, count, leftOfRow, strip), symbols.data());
-    PutSteps<2>(writer, codes, {symbols.data(), {}}, count * 2);
-  }
+  const u8* cells = nullptr;
+  PutStrips(
+      writer, codes, pairs,
+      [&](u32 pair, u32 count) { cells = FillPairs<Pixel>(row, pair, count, leftOfRow, strip); },
+      [&](u16* symbols) { PredictLeftOnly(cells, symbols); });
 }
 
 // Codes a later row of a progressive frame; the row above is read from the source too. Nothing is left of the
@@ -58,15 +78,16 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
                                        const u8* rowAbove, u32 pairs) {
   PairStrip strip = {};
   PairStrip stripAbove = {};
-  std::array<u16, kStripPixels> symbols;
+  const u8* cells = nullptr;
+  const u8* above = nullptr;
   const u32 top = FirstPairWord<Pixel>(rowAbove);
-  for (u32 pair = 0; pair < pairs; pair += kStripPairs) {
-    const u32 count = std::min(kStripPairs, pairs - pair);
-    const u8* cells = FillPairs<Pixel>(row, pair, count, top, strip);
-    const u8* above = FillPairs<Pixel>(rowAbove, pair, count, top, stripAbove);
-    PredictFromAbove<Layout.chromaSign>(cells, above, symbols.data());
-    PutSteps<2>(writer, codes, {symbols.data(), {}}, count * 2);
-  }
+  PutStrips(
+      writer, codes, pairs,
+      [&](u32 pair, u32 count) {
+        cells = FillPairs<Pixel>(row, pair, count, top, strip);
+        above = FillPairs<Pixel>(rowAbove, pair, count, top, stripAbove);
+      },
+      [&](u16* symbols) { PredictFromAbove<Layout.chromaSign>(cells, above, symbols); });
 }
 
 template <const PixelLayout& Pixel>

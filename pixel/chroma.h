@@ -18,14 +18,19 @@ struct ChromaCarry {
 template <int ExtraBits>
 void FilterChroma(const i16* __restrict pixels, i16* __restrict pairs) {
   const Lanes ones = All(1);
+  // Left neighbours are not loaded across the vectors that were just stored, for which a processor would wait.
+  Lanes before = All(pixels[-1]);
   // Of kLanes / 2 pairs: C[-1] + C[0] and C[0] + C[1] are numbers that lie side by side.
   const auto filter = [&](const i16* pixel) {
-    const WideLanes sum =
-        SumProducts(LoadNative<Lanes>(pixel - 1), ones) + SumProducts(LoadNative<Lanes>(pixel), ones);
+    const auto own = LoadNative<Lanes>(pixel);
+    const WideLanes sum = SumProducts(MoveUp(own, before), ones) + SumProducts(own, ones);
+    before = own;
     return (sum + (2 << ExtraBits)) >> (2 + ExtraBits);
   };
-  for (u32 k = 0; k < kStripPairs; k += kLanes)
-    StoreNative(pairs + k, PackInOrder(filter(pixels + 2 * k), filter(pixels + 2 * k + kLanes)));
+  for (u32 k = 0; k < kStripPairs; k += kLanes) {
+    const WideLanes first = filter(pixels + 2 * k);
+    StoreNative(pairs + k, PackInOrder(first, filter(pixels + 2 * k + kLanes)));
+  }
 }
 
 static_assert(kStripMargin >= 1);

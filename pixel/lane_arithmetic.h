@@ -129,15 +129,15 @@ inline LanePairs PairUp(Lanes a, Lanes b) {
   return {Interleave<false, u16>(a, b), Interleave<true, u16>(a, b)};
 }
 
-// The numbers of both by turns.
+// The numbers of both by turns. In whole vectors: who loads one soon would wait for two halves to come to memory.
 inline void StoreInterleaved(Lanes a, Lanes b, void* to) {
   const LanePairs pairs = PairUp(a, b);
   u8* const bytes = static_cast<u8*>(to);
 #ifdef __AVX2__
-  StoreNative(bytes, LowPart(pairs.low));
-  StoreNative(bytes + 16, LowPart(pairs.high));
-  StoreNative(bytes + 32, HighPart(pairs.low));
-  StoreNative(bytes + 48, HighPart(pairs.high));
+  const auto low = (__m256i)pairs.low;
+  const auto high = (__m256i)pairs.high;
+  StoreNative(bytes, _mm256_permute2x128_si256(low, high, 0x20));
+  StoreNative(bytes + 32, _mm256_permute2x128_si256(low, high, 0x31));
 #else
   StoreNative(bytes, pairs.low);
   StoreNative(bytes + 16, pairs.high);

@@ -121,20 +121,68 @@ template <const PixelLayout& Pixel, int Bits, int AlphaBits>
   }
 }
 
-// One group of 'v210': three pairs in four words.
+// The lanes of `others` whose number leaves `Rest` when divided by four, the rest of `lanes`.
+template <int Rest, int... Lane>
+inline Lanes TakeEveryFourth(Lanes lanes, Lanes others, std::integer_sequence<int, Lane...> /*lanes*/) {
+  return __builtin_shufflevector(lanes, others,
+                                 (Lane % 4 == Rest ? Lane + static_cast<int>(kLanes) : Lane)...);
+}
+template <int Rest>
+inline Lanes TakeEveryFourth(Lanes lanes, Lanes others) {
+  return TakeEveryFourth<Rest>(lanes, others,
+                               std::make_integer_sequence<int, static_cast<int>(kLanes)>());
+}
+
+#ifdef __AVX2__
+// Lanes of each part in another order.
+constexpr OrderOfParts OrderOfLanes(const std::array<int, kPartLanes>& from) {
+  return OrderOfBytes([&](int i) { return 2 * from[static_cast<std::size_t>(i / 2)] + i % 2; });
+}
+#endif
+
+// A strip of 'v210' groups, each three pairs in four words.
 //   word 0   Cb 0 | Y' 0 | Cr 0      word 1   Y' 1 | Cb 1 | Y' 2
 //   word 2   Cr 1 | Y' 3 | Cb 2      word 3   Y' 4 | Cr 2 | Y' 5        from bits 9..0 up
+// Cells behind the strip, two of luma and one of either chroma, are overwritten.
 template <int Bits>
-inline void LoadGroup(const u8* group, i16* luma, i16* cb, i16* cr) {
-  std::array<i16, 12> fields;
-  for (u32 i = 0; i < 12; ++i) {
-    const u32 word = LoadNative<u32>(group + std::size_t{4} * (i / 3));
-    fields[i] = ChangeDepth(static_cast<i32>(word >> 10 * (i % 3) & 1023), 10, Bits);
-  }
-  for (u32 i = 0; i < 6; ++i) luma[i] = fields[1 + 2 * i];
-  for (u32 i = 0; i < 3; ++i) {
-    cb[i] = fields[4 * i];
-    cr[i] = fields[2 + 4 * i];
+inline void LoadGroups(const u8* __restrict bytes, i16* luma, i16* cb, i16* cr) {
+  using Words = typename VectorOf<u32, 2 * kLanes>::Type;
+  using TwoWords = VectorOf<u64, 16>::Type;
+  constexpr u32 kEach = kLanes / kPartLanes;
+  for (u32 group = 0; group < kStripPairs / 3; group += kEach, bytes += sizeof(Words)) {
+    const Words words = LoadNative<Words>(bytes);
+    // Of a group: Cb 0, Y' 0, Y' 1, Cb 1, Cr 1, Y' 3, Y' 4, Cr 2, and in odd lanes Cr 0, Y' 2, Cb 2, Y' 5.
+    const auto lower = ChangeDepthOf<10, Bits>((Lanes)((words & 0x3FF) | (words & 0xFFC00) << 6));
+    const auto upper = ChangeDepthOf<10, Bits>((Lanes)(words >> 4 & 0x3FF0000));
+    // Y' in order, but for every fourth lane; Cb 0, Cr 0, -, Cb 1, Cr 1, Cb 2, -, Cr 2.
+    const Lanes white = TakeEveryFourth<3>(lower, upper);
+    const Lanes chroma = TakeEveryFourth<1>(lower, upper);
+#ifdef __AVX2__
+    static constexpr OrderOfParts kWhite = OrderOfLanes({1, 2, 3, 5, 6, 7, 7, 7});
+    static constexpr OrderOfParts kChroma = OrderOfLanes({0, 3, 5, 5, 1, 4, 7, 7});
+    const Lanes whiteInOrder = ReorderBytes(white, kWhite);
+    const Lanes chromaInOrder = ReorderBytes(chroma, kChroma);
+    StoreNative(luma, LowPart(whiteInOrder));
+    StoreNative(luma + 6, HighPart(whiteInOrder));
+    const auto first = (TwoWords)LowPart(chromaInOrder);
+    const auto second = (TwoWords)HighPart(chromaInOrder);
+    StoreNative(cb, first[0]);
+    StoreNative(cb + 3, second[0]);
+    StoreNative(cr, first[1]);
+    StoreNative(cr + 3, second[1]);
+#else
+    const auto whiteInOrder = (TwoWords)white >> 16;
+    StoreNative(luma, whiteInOrder[0]);
+    StoreNative(luma + 3, whiteInOrder[1]);
+    const auto two = (TwoWords)__builtin_shufflevector(chroma, chroma, 0, 3, 1, 2, 5, 4, 7, 6);
+    StoreNative(cb, static_cast<u32>(two[0]));
+    StoreNative(cb + 2, static_cast<u16>(two[1]));
+    StoreNative(cr, static_cast<u16>(two[0] >> 32));
+    StoreNative(cr + 1, static_cast<u32>(two[1] >> 16));
+#endif
+    luma += std::size_t{6} * kEach;
+    cb += std::size_t{3} * kEach;
+    cr += std::size_t{3} * kEach;
   }
 }
 
@@ -145,9 +193,7 @@ void LoadPairs(const u8* __restrict bytes, Planes planes) {
   i16* __restrict cb = planes.second;
   i16* __restrict cr = planes.third;
   if constexpr (Pixel.container == Container::groups) {
-    for (u32 i = 0; i < kStripPairs / 3; ++i)
-      LoadGroup<Bits>(bytes + std::size_t{16} * i, luma + std::size_t{6} * i, cb + std::size_t{3} * i,
-                      cr + std::size_t{3} * i);
+    LoadGroups<Bits>(bytes, luma, cb, cr);
   } else {
     for (u32 i = 0; i < kStripPairs; ++i) {
       const u8* pair = bytes + std::size_t{Pixel.unitBytes} * i;

@@ -119,7 +119,7 @@ inline void SplitStreams(const Sample* interleaved, u32 count, const std::array<
     for (std::size_t stream = 0; stream < Count; ++stream) {
       Lanes samples = {};
       for (std::size_t k = 0; k < pieces.size(); ++k)
-        samples |= ReorderBytes(pieces[k], LoadNative<ByteOrderOfParts>(Part::kOrders[stream][k].data()));
+        samples |= ReorderBytes(pieces[k], Part::kOrders[stream][k]);
       StoreNative(planes[stream] + i, samples);
     }
   }

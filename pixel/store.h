@@ -57,7 +57,6 @@ void StoreThreeBytes(const std::array<const i16*, 3>& inOrder, u8* __restrict by
         begin, [](int byte) { return byte == 2; }, [](int pixel, int /*byte*/) { return 2 * pixel; });
   };
   static constexpr std::array kOrders = {kTwo(0), kThird(0), kTwo(16), kThird(16)};
-  const auto order = [](std::size_t k) { return LoadNative<ByteOrderOfParts>(kOrders[k].data()); };
   for (u32 i = 0; i < kStripPixels; i += kLanes, bytes += 3 * kLanes) {
     const auto load = [&](std::size_t k) {
       return ChangeDepthOf<Bits, 8>(LoadNative<Lanes>(inOrder[k] + i));
@@ -65,8 +64,8 @@ void StoreThreeBytes(const std::array<const i16*, 3>& inOrder, u8* __restrict by
     const Lanes two = load(0) | load(1) << 8;
     const Lanes third = load(2);
     // The first 16 bytes and the last 8 of each part.
-    const Lanes begin = ReorderBytes(two, order(0)) | ReorderBytes(third, order(1));
-    const Lanes end = ReorderBytes(two, order(2)) | ReorderBytes(third, order(3));
+    const Lanes begin = ReorderBytes(two, kOrders[0]) | ReorderBytes(third, kOrders[1]);
+    const Lanes end = ReorderBytes(two, kOrders[2]) | ReorderBytes(third, kOrders[3]);
     StoreNative(bytes, LowPart(begin));
     StoreNative(bytes + 16, LowPart(end));
     StoreNative(bytes + 24, HighPart(begin));
@@ -105,8 +104,7 @@ void StoreGroups(const i16* luma, const i16* cb, const i16* cr, u8* __restrict b
     const Lanes y = load(luma, 6);
     const Lanes chroma = Interleave<false, u64>(load(cb, 3), load(cr, 3));
     const auto field = [&](std::size_t k) {
-      return (Words)(ReorderBytes(y, LoadNative<ByteOrderOfParts>(kOfLuma[k].data())) |
-                     ReorderBytes(chroma, LoadNative<ByteOrderOfParts>(kOfChroma[k].data())));
+      return (Words)(ReorderBytes(y, kOfLuma[k]) | ReorderBytes(chroma, kOfChroma[k]));
     };
     StoreNative(bytes + std::size_t{16} * group, field(0) | field(1) << 10 | field(2) << 20);
   }
