@@ -87,18 +87,23 @@ struct Cursor {
   BitWindow window;
 };
 
-// Takes a turn of steps, and gives them. `filled` is the window, filled.
+// Takes a step of a turn, and gives it. `filled` is the window, filled; afterwards what is left of it.
+template <int Symbols>
+[[gnu::always_inline]] inline u32 TakeStepOfTurn(Cursor<Symbols>& cursor, u64& filled,
+                                                 const RowCodes<Symbols>& codes) {
+  auto& [run, window] = cursor;
+  TakeStep(run, codes.steps, codes.groups, window.bits >> (64 - kGroupBits));
+  window.bits = filled <<= BitsOfStep(run.step);
+  window.valid -= run.step;  // the low six bits alone matter
+  return run.step;
+}
+
+// Takes a turn of steps, and gives them.
 template <int Symbols>
 [[gnu::always_inline]] inline std::array<u32, kTurnSteps> TakeTurn(Cursor<Symbols>& cursor, u64 filled,
                                                                    const RowCodes<Symbols>& codes) {
-  auto& [run, window] = cursor;
   std::array<u32, kTurnSteps> taken;
-  for (u32& step : taken) {
-    TakeStep(run, codes.steps, codes.groups, window.bits >> (64 - kGroupBits));
-    step = run.step;
-    window.bits = filled <<= BitsOfStep(run.step);
-    window.valid -= run.step;  // the low six bits alone matter
-  }
+  for (u32& step : taken) step = TakeStepOfTurn(cursor, filled, codes);
   return taken;
 }
 
