@@ -37,7 +37,7 @@ struct RowStrips {
   // Makes a strip of `row`, with the samples left of it in place, in the kept row or in its first strip. The
   // left neighbour of the first strip is the caller's.
   void Make(KeptRow& kept, const u8* row, u32 number, const UnitSamples& leftOfRow,
-                    ChromaCarry& carry) const {
+            ChromaCarry& carry) const {
     SampleStrip& strip = kept.strips[keeps ? number : 0];
     const UnitSamples left =
         number == 0 ? leftOfRow : LastSamples<Layout>(kept.strips[keeps ? number - 1 : 0]);

@@ -185,10 +185,14 @@ inline WrappingLanes PackUnsigned(WidePairs a) {
   return PackUnsigned(a.low, a.high);
 }
 
-// `magnitude`, negative where `sign` is.
+// `magnitude`, negative where `sign` is. Where that is zero, the magnitude must be.
 inline Lanes WithSignOf(Lanes magnitude, Lanes sign) {
+#ifdef __AVX2__
+  return (Lanes)_mm256_sign_epi16((__m256i)magnitude, (__m256i)sign);
+#else
   const Lanes mask = sign >> 15;
   return (magnitude ^ mask) - mask;
+#endif
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

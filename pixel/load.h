@@ -129,8 +129,7 @@ inline Lanes TakeEveryFourth(Lanes lanes, Lanes others, std::integer_sequence<in
 }
 template <int Rest>
 inline Lanes TakeEveryFourth(Lanes lanes, Lanes others) {
-  return TakeEveryFourth<Rest>(lanes, others,
-                               std::make_integer_sequence<int, static_cast<int>(kLanes)>());
+  return TakeEveryFourth<Rest>(lanes, others, std::make_integer_sequence<int, static_cast<int>(kLanes)>());
 }
 
 #ifdef __AVX2__

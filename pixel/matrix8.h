@@ -178,13 +178,10 @@ inline Lanes FullColourOf(LanePairs chromaAndLuma, i32 span) {
     const WidePairs t = (sum + ((sum >> 31) & (511 * 16 - 1 - 16))) >> 4;
     return Pack((t + (t >> 9) - (t > (1 << 18) - 1)) >> 9);
   } else {
-    // 336 / 7 is 16 * 3.
+    // 336 / 7 is 16 * 3, and rounded toward zero means of magnitudes.
     static_assert(Bits == 9);
     const WidePairs sum = WeighChromaAndLuma(chromaAndLuma, span, 112, Offset, 168 / 7);
-    constexpr u16 kFarBelow = 1024;
-    constexpr u16 kThreeTimes = 3 * kFarBelow;
-    const WrappingLanes n = (WrappingLanes)Pack((sum + ((sum >> 31) & 47)) >> 4) + kThreeTimes;
-    return (Lanes)(DivideBy3(n) - kFarBelow);
+    return WithSignOf((Lanes)DivideBy3((WrappingLanes)Pack(MagnitudeOf(sum) >> 4)), Pack(sum));
   }
 }
 
