@@ -6,7 +6,8 @@
 #include "base/instructions.h"
 #include "codec/plane_decoder.h"
 #include "codec/plane_encoder.h"
-#include "codec422/pair_codec.h"
+#include "codec422/pair_decoder.h"
+#include "codec422/pair_encoder.h"
 #include "frame/member_macros.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {

@@ -22,6 +22,12 @@ struct PairStart {
   u8 cr;
 };
 
+// What stands left of the first row of a frame.
+template <const FrameLayout& Layout>
+inline constexpr PairStart kFirstRowStart = {static_cast<u8>(Layout.start.luma),
+                                             static_cast<u8>(Layout.start.chroma),
+                                             static_cast<u8>(Layout.start.chroma)};
+
 // left-only rule over `pairs` pairs. Returns what the pair behind them starts from.
 PairStart RebuildLeftOnly(u8* row, std::size_t pairs, PairStart start);
 
