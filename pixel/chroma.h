@@ -16,7 +16,7 @@ struct ChromaCarry {
 // A three-tap filter centred on the first pixel of the pair: (C[-1] + 2 * C[0] + C[1]) / 4, rounded up at the
 // half. Cell -1 is read. ExtraBits more are cut off in the same step. Values before the cut may have a sign.
 template <int ExtraBits>
-void FilterChroma(const i16* __restrict pixels, i16* __restrict pairs) {
+[[gnu::noinline]] void FilterChroma(const i16* __restrict pixels, i16* __restrict pairs) {
   const Lanes ones = All(1);
   // Left neighbours are not loaded across the vectors that were just stored, for which a processor would wait.
   Lanes before = All(pixels[-1]);
