@@ -122,14 +122,10 @@ template <const PixelLayout& Pixel, int Bits, int AlphaBits>
 }
 
 // The lanes of `others` whose number leaves `Rest` when divided by four, the rest of `lanes`.
-template <int Rest, int... Lane>
-inline Lanes TakeEveryFourth(Lanes lanes, Lanes others, std::integer_sequence<int, Lane...> /*lanes*/) {
-  return __builtin_shufflevector(lanes, others,
-                                 (Lane % 4 == Rest ? Lane + static_cast<int>(kLanes) : Lane)...);
-}
 template <int Rest>
 inline Lanes TakeEveryFourth(Lanes lanes, Lanes others) {
-  return TakeEveryFourth<Rest>(lanes, others, std::make_integer_sequence<int, static_cast<int>(kLanes)>());
+  using FourLanes = typename VectorOf<u64, 2 * kLanes>::Type;
+  return Select((Lanes)(FourLanes{} + (u64{0xFFFF} << 16 * Rest)), others, lanes);
 }
 
 #ifdef __AVX2__
@@ -173,11 +169,14 @@ inline void LoadGroups(const u8* __restrict bytes, i16* luma, i16* cb, i16* cr) 
     const auto whiteInOrder = (TwoWords)white >> 16;
     StoreNative(luma, whiteInOrder[0]);
     StoreNative(luma + 3, whiteInOrder[1]);
-    const auto two = (TwoWords)__builtin_shufflevector(chroma, chroma, 0, 3, 1, 2, 5, 4, 7, 6);
-    StoreNative(cb, static_cast<u32>(two[0]));
-    StoreNative(cb + 2, static_cast<u16>(two[1]));
-    StoreNative(cr, static_cast<u16>(two[0] >> 32));
-    StoreNative(cr + 1, static_cast<u32>(two[1] >> 16));
+    const auto pairs = (TwoWords)chroma;
+    const auto store = [](i16* to, u64 number) { StoreNative(to, static_cast<u16>(number)); };
+    store(cb, pairs[0]);
+    store(cb + 1, pairs[0] >> 48);
+    store(cb + 2, pairs[1] >> 16);
+    store(cr, pairs[0] >> 16);
+    store(cr + 1, pairs[1]);
+    store(cr + 2, pairs[1] >> 48);
 #endif
     luma += std::size_t{6} * kEach;
     cb += std::size_t{3} * kEach;
