@@ -1,5 +1,5 @@
-// How FillStrip and DrainStrip are put together from stages: load, range, matrix, chroma, alpha, store. The only
-// place where frame and pixel format meet; which stages a pair needs is chosen while compiling.
+// How FillStrip and DrainStrip are put together from stages: load, range, matrix, chroma, alpha, store. The
+// only place where frame and pixel format meet; which stages a pair needs is chosen while compiling.
 //
 //   picture to frame                           frame to picture
 //   same colours and sampling                  load, range                               range, store
@@ -13,14 +13,16 @@
 #include "base/instructions.h"
 #include "pixel/conversion.h"
 #include "pixel/load.h"
+#include "pixel/matrix10.h"
+#include "pixel/matrix12.h"
 #include "pixel/matrix8.h"
 #include "pixel/range_map.h"
 #include "pixel/store.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-// Depth of colour on the picture's side of a matrix or of a map of ranges: 8 bits, or one bit more than the frame
-// where the picture has more, for 8-bit frames; what the picture has, up to 12 bits, for 10-bit ones.
+// Depth of colour on the picture's side of a matrix or of a map of ranges: 8 bits, or one bit more than the
+// frame where the picture has more, for 8-bit frames; what the picture has, up to 12 bits, for 10-bit ones.
 constexpr int PictureColourBits(const SampleDomain& frame, const PixelLayout& pixel) {
   if (pixel.sampleBits == 8 || pixel.range == Range::video) return pixel.sampleBits;
   if (frame.bits == 8) return 9;

@@ -1,5 +1,5 @@
-// Products and packing of vectors of 16-bit numbers, which the compiler does not make of loops over plain numbers: a
-// matrix needs sums of products of 32 bits and high halves of products of 16.
+// Products and packing of vectors of 16-bit numbers, which the compiler does not make of loops over plain
+// numbers: a matrix needs sums of products of 32 bits and high halves of products of 16.
 #pragma once
 #include "base/lanes.h"
 
@@ -11,6 +11,7 @@ namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Half as many numbers of 32 bits.
 using WideLanes = i32 __attribute__((vector_size(2 * kLanes)));
+using FloatLanes = float __attribute__((vector_size(2 * kLanes)));
 
 inline Lanes All(i32 value) {
   return Lanes{} + static_cast<i16>(value);
@@ -40,8 +41,8 @@ inline WrappingLanes MultiplyHigh(WrappingLanes a, WrappingLanes b) {
   return (WrappingLanes)VOREL_LANES(mulhi_epu16)((NativeLanes)a, (NativeLanes)b);
 }
 
-// Both to one vector, within each part: what two vectors were interleaved to comes back in order. Numbers outside 16 bits
-// become the nearest.
+// Both to one vector, within each part: what two vectors were interleaved to comes back in order. Numbers
+// outside 16 bits become the nearest.
 inline Lanes Pack(WideLanes low, WideLanes high) {
   return (Lanes)VOREL_LANES(packs_epi32)((NativeLanes)low, (NativeLanes)high);
 }
@@ -120,7 +121,8 @@ inline Lanes PackInOrder(WideLanes first, WideLanes second) {
 #endif
 }
 
-// Low and high halves of two vectors interleaved, so that SumProducts takes the two numbers of a place together.
+// Low and high halves of two vectors interleaved, so that SumProducts takes the two numbers of a place
+// together.
 struct LanePairs {
   Lanes low;
   Lanes high;
@@ -129,7 +131,8 @@ inline LanePairs PairUp(Lanes a, Lanes b) {
   return {Interleave<false, u16>(a, b), Interleave<true, u16>(a, b)};
 }
 
-// The numbers of both by turns. In whole vectors: who loads one soon would wait for two halves to come to memory.
+// The numbers of both by turns. In whole vectors: who loads one soon would wait for two halves to come to
+// memory.
 inline void StoreInterleaved(Lanes a, Lanes b, void* to) {
   const LanePairs pairs = PairUp(a, b);
   u8* const bytes = static_cast<u8*>(to);
@@ -160,6 +163,9 @@ inline WidePairs operator+(WidePairs a, i32 b) {
 inline WidePairs operator-(WidePairs a, WidePairs b) {
   return {a.low - b.low, a.high - b.high};
 }
+inline WidePairs operator*(WidePairs a, i32 b) {
+  return {a.low * b, a.high * b};
+}
 inline WidePairs operator&(WidePairs a, i32 b) {
   return {a.low & b, a.high & b};
 }
@@ -177,6 +183,13 @@ inline WidePairs MagnitudeOf(WidePairs a) {
   const WidePairs signs = a >> 31;
   return {(a.low ^ signs.low) - signs.low, (a.high ^ signs.high) - signs.high};
 #endif
+}
+// Quotients cut toward zero, of numbers up to 5.5 million in magnitude; see ReciprocalAbove.
+inline WideLanes QuotientOf(WideLanes n, float reciprocal) {
+  return __builtin_convertvector(__builtin_convertvector(n, FloatLanes) * reciprocal, WideLanes);
+}
+inline WidePairs QuotientOf(WidePairs n, float reciprocal) {
+  return {QuotientOf(n.low, reciprocal), QuotientOf(n.high, reciprocal)};
 }
 inline Lanes Pack(WidePairs a) {
   return Pack(a.low, a.high);

@@ -1,6 +1,5 @@
-// The matrix of 8-bit Y'CbCr, and R'G'B' of no more than nine bits or of video range, in vectors: most numbers fit 16
-// bits there, and divisions become the high half of a product. The results are those of pixel/matrix.h, where the
-// formulas are plain; its names are overloaded.
+// The matrix of 8-bit Y'CbCr, and R'G'B' of no more than nine bits or of video range, in vectors: most
+// numbers fit 16 bits there, and most divisions become the high half of a product.
 #pragma once
 #include "base/instructions.h"
 #include "pixel/lane_arithmetic.h"
@@ -159,30 +158,38 @@ requires(YccBits == 8)
 
 // ---- From Y'CbCr
 
-// Y' and chroma of pixels, for sums that begin with their products.
-inline WidePairs WeighChromaAndLuma(LanePairs chromaAndLuma, i32 chroma, i32 luma, i32 offset, i32 add) {
-  return SumProducts(chromaAndLuma, AllPairs(chroma, luma)) + (add - chroma * ChromaZero(8) - luma * offset);
+// Cr and Cb of pixels, which give red and blue, each with Y'.
+struct YccPairs {
+  LanePairs redAndLuma;
+  LanePairs blueAndLuma;
+};
+inline YccPairs LoadYcc(ConstPlanes from, u32 i) {
+  const Lanes y = LoadNative<Lanes>(from.first + i);
+  return {PairUp(LoadNative<Lanes>(from.third + i), y), PairUp(LoadNative<Lanes>(from.second + i), y)};
 }
 
-// (n * P + Q) / W of red or blue, see FullColourQuotient, cut toward zero: a negative dividend gets W - 1 more and is
-// rounded down.
+// Y' and chroma of pixels, for sums that begin with their products.
+template <int YccBits, i32 Offset>
+inline WidePairs WeighChromaAndLuma(LanePairs chromaAndLuma, i32 chroma, i32 luma, i32 add) {
+  return SumProducts(chromaAndLuma, AllPairs(chroma, luma)) +
+         (add - chroma * ChromaZero(YccBits) - luma * Offset);
+}
+
+// What red and blue leave to green of Y', which is scaled, with `add`.
+template <i32 Offset>
+inline WidePairs LeftToGreen(LanePairs chromaAndLuma, i32 scale, Lanes red, Lanes blue,
+                             const ColourWeights& w, i32 add) {
+  return SumProducts(chromaAndLuma, AllPairs(0, scale)) + (add - scale * Offset) +
+         SumProducts(PairUp(red, blue), AllPairs(-w.red, -w.blue));
+}
+
+// Red or blue; see FullColourQuotient.
 template <int Bits, i32 Offset>
 inline Lanes FullColourOf(LanePairs chromaAndLuma, i32 span) {
-  if constexpr (Bits == 8) {
-    // 511 * 16, where n / 511 rounded down is (t + (t >> 9) + (t >> 18)) >> 9 with t = n + 1 from 0 on, and, as far as
-    // it goes here, (n + (n >> 9)) >> 9 below. The 16 are the 1.
-    constexpr ColourQuotient kQuotient = FullColourQuotient(8, 8);
-    static_assert(kQuotient.divide == 511 * 16);
-    const WidePairs sum = WeighChromaAndLuma(chromaAndLuma, span * kQuotient.multiply,
-                                             112 * kQuotient.multiply, Offset, kQuotient.add + 16);
-    const WidePairs t = (sum + ((sum >> 31) & (511 * 16 - 1 - 16))) >> 4;
-    return Pack((t + (t >> 9) - (t > (1 << 18) - 1)) >> 9);
-  } else {
-    // 336 / 7 is 16 * 3, and rounded toward zero means of magnitudes.
-    static_assert(Bits == 9);
-    const WidePairs sum = WeighChromaAndLuma(chromaAndLuma, span, 112, Offset, 168 / 7);
-    return WithSignOf((Lanes)DivideBy3((WrappingLanes)Pack(MagnitudeOf(sum) >> 4)), Pack(sum));
-  }
+  constexpr ColourQuotient kQuotient = FullColourQuotient(8, Bits);
+  const WidePairs sum = WeighChromaAndLuma<8, Offset>(chromaAndLuma, span * kQuotient.multiply,
+                                                      112 * kQuotient.multiply, kQuotient.add);
+  return Pack(QuotientOf(sum, ReciprocalAbove(kQuotient.divide)));
 }
 
 template <int YccBits, int Bits, i32 Offset, Overflow Excess>
@@ -192,13 +199,10 @@ requires(YccBits == 8 && Bits <= 9)
   const ColourWeights w = weights;
   const Lanes most = All(kMaximum);
   for (u32 i = 0; i < kStripPixels; i += kLanes) {
-    const Lanes y = LoadNative<Lanes>(from.first + i);
-    const LanePairs redAndLuma = PairUp(LoadNative<Lanes>(from.third + i), y);
-    const LanePairs blueAndLuma = PairUp(LoadNative<Lanes>(from.second + i), y);
+    const auto [redAndLuma, blueAndLuma] = LoadYcc(from, i);
     const Lanes red = FullColourOf<Bits, Offset>(redAndLuma, w.redSpan);
     const Lanes blue = FullColourOf<Bits, Offset>(blueAndLuma, w.blueSpan);
-    const WidePairs left = WeighChromaAndLuma(redAndLuma, 0, kMaximum, Offset, w.green >> 1) +
-                           SumProducts(PairUp(red, blue), AllPairs(-w.red, -w.blue));
+    const WidePairs left = LeftToGreen<Offset>(redAndLuma, kMaximum, red, blue, w, w.green >> 1);
     // The weight of green is even. What does not fit 16 bits is above the limit.
     static_assert(65535 / 79 >= 511);
     const WrappingLanes green =
@@ -214,7 +218,7 @@ template <int Bits, i32 Offset>
 inline Lanes VideoColourOf(LanePairs chromaAndLuma, i32 span) {
   // (n +- 56) / 112 and (4 * n + 56) / 112.
   constexpr bool kDeepens = Bits > 8;
-  const WidePairs sum = WeighChromaAndLuma(chromaAndLuma, span, 112, Offset, kDeepens ? 14 : 0);
+  const WidePairs sum = WeighChromaAndLuma<8, Offset>(chromaAndLuma, span, 112, kDeepens ? 14 : 0);
   const WidePairs magnitude = kDeepens ? MagnitudeOf(sum) >> 2 : (MagnitudeOf(sum) + 56) >> 4;
   return WithSignOf((Lanes)DivideBy7((WrappingLanes)Pack(magnitude)), Pack(sum));
 }
@@ -245,13 +249,10 @@ requires(YccBits == 8)
   const Lanes least = All(1 << (Bits - 8));
   const Lanes most = All(Bits == 8 ? 254 : 1019);
   for (u32 i = 0; i < kStripPixels; i += kLanes) {
-    const Lanes y = LoadNative<Lanes>(from.first + i);
-    const LanePairs redAndLuma = PairUp(LoadNative<Lanes>(from.third + i), y);
-    const LanePairs blueAndLuma = PairUp(LoadNative<Lanes>(from.second + i), y);
+    const auto [redAndLuma, blueAndLuma] = LoadYcc(from, i);
     const Lanes red = VideoColourOf<Bits, Offset>(redAndLuma, w.redSpan);
     const Lanes blue = VideoColourOf<Bits, Offset>(blueAndLuma, w.blueSpan);
-    const WidePairs left = WeighChromaAndLuma(redAndLuma, 0, LumaSpan(Bits), Offset, 0) +
-                           SumProducts(PairUp(red, blue), AllPairs(-w.red, -w.blue));
+    const WidePairs left = LeftToGreen<Offset>(redAndLuma, LumaSpan(Bits), red, blue, w, 0);
     const Lanes green = VideoGreenOf<Bits>(left, w);
     StoreNative(to.first + i, Limit(red + kBlack, least, most));
     StoreNative(to.second + i, Limit(green + kBlack, least, most));

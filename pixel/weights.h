@@ -9,8 +9,8 @@ namespace vorel {
 
 // n / divisor is (n * multiplier >> 32) >> shift for every n below 2^31.
 //
-// With 2^shift < divisor <= 2^(shift + 1) the multiplier, 2^(32 + shift) / divisor rounded up, fits 32 bits and is
-// too large by less than divisor / 2^(32 + shift) of itself, which n * that is too small to show.
+// With 2^shift < divisor <= 2^(shift + 1) the multiplier, 2^(32 + shift) / divisor rounded up, fits 32 bits
+// and is too large by less than divisor / 2^(32 + shift) of itself, which n * that is too small to show.
 struct Reciprocal {
   u32 multiplier;
   u32 shift;
@@ -25,6 +25,16 @@ constexpr u32 Divide(u32 dividend, Reciprocal by) {
   return static_cast<u32>(u64{dividend} * by.multiplier >> 32) >> by.shift;
 }
 
+// The least float that is not below 1 / divisor. A product of it and n, cut toward zero, is n / divisor of
+// every n up to 5.5 million in magnitude: what is a multiple of the divisor does not come out too small. The
+// number before a multiple is 1 / n of itself away from it; the reciprocal and the rounding of the product to
+// the nearest float of 24 bits add no more than 3 * 2^-24 of it, which is less.
+constexpr float ReciprocalAbove(u32 divisor) {
+  const float nearest = 1 / static_cast<float>(divisor);
+  const bool isBelow = static_cast<double>(nearest) * divisor < 1;
+  return isBelow ? std::bit_cast<float>(std::bit_cast<u32>(nearest) + 1) : nearest;
+}
+
 // Weights of R', G' and B' in Y', which sum to the span of Y', and what divides chroma.
 struct ColourWeights {
   i16 red, green, blue;
@@ -33,6 +43,7 @@ struct ColourWeights {
   // The span of chroma by those of red and blue, times 2^15, and 2^(15 + bits) by the weight of green.
   i16 redRatio, blueRatio;
   u16 greenReciprocal;
+  float overGreen, overRedSpan, overBlueSpan;  // see ReciprocalAbove
 };
 
 struct RedAndBlue {
@@ -40,9 +51,9 @@ struct RedAndBlue {
   i16 blue;
 };
 
-// ITU-R BT.601, BT.709 and SMPTE 240M on the spans 219, 876 and 3504 of Y' with 8, 10 and 12 bits. The numbers
-// are chosen, together with the roundings of the matrix, so that R'G'B' survives the way through Y'CbCr of two
-// more bits: they are not to be had by rounding on another scale.
+// ITU-R BT.601, BT.709 and SMPTE 240M on the spans 219, 876 and 3504 of Y' with 8, 10 and 12 bits. The
+// numbers are chosen, together with the roundings of the matrix, so that R'G'B' survives the way through
+// Y'CbCr of two more bits: they are not to be had by rounding on another scale.
 inline constexpr std::array<std::array<RedAndBlue, 3>, 3> kRedAndBlue = {{
     {{{65, 24}, {46, 15}, {46, 19}}},
     {{{261, 99}, {186, 63}, {185, 76}}},
@@ -75,7 +86,10 @@ constexpr ColourWeights MakeWeights(int bits, u32 colourStandard) {
           MakeReciprocal(static_cast<u32>(blueSpan)),
           chromaRatio(redSpan),
           chromaRatio(blueSpan),
-          static_cast<u16>(((1 << (15 + bits)) + green - 1) / green)};
+          static_cast<u16>(((1 << (15 + bits)) + green - 1) / green),
+          ReciprocalAbove(static_cast<u32>(green)),
+          ReciprocalAbove(static_cast<u32>(redSpan)),
+          ReciprocalAbove(static_cast<u32>(blueSpan))};
 }
 
 }  // namespace vorel

@@ -14,7 +14,7 @@ objdump -d -C --no-show-raw-insn "$1" | awk '
     judge()
     name = ""
     packed = 0
-    if ($0 ~ /vorel::(baseline|avx2)::(FullColourToYcc|VideoColourToYcc|YccToFullColour|YccToVideoColour|MapPlane|ChangePlane|FilterChroma|InterpolateChroma|DivideStrip|DivideSignedStrip|Load|Store|StoreGroups|StoreThreeBytes|SumFromLeft|RebuildLeftOnly|PredictPlane|PredictChroma|IndexPairs|PredictLeftOnly|PredictFromAbove|ChainColours)[<(]/)
+    if ($0 ~ /vorel::(baseline|avx2)::(FullColourToYcc|VideoColourToYcc|YccToFullColour|YccToVideoColour|MapPlane|ChangePlane|FilterChroma|InterpolateChroma|DivideStrip|Load|Store|StoreGroups|StoreThreeBytes|SumFromLeft|RebuildLeftOnly|PredictPlane|PredictChroma|IndexPairs|PredictLeftOnly|PredictFromAbove|ChainColours)[<(]/)
       name = $0
     next
   }

@@ -1,12 +1,11 @@
 // The matrix alone: colours that must come back, and the arithmetic that stands in for divisions.
-#include "pixel/matrix8.h"
+#include "pixel/matrix12.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <random>
 
+#include "pixel/lane_arithmetic.h"
 #include "tests/prove/round_trips.h"
 
 namespace vorel {
@@ -105,15 +104,32 @@ TEST(Matrix, ReciprocalsOfAllWeightsAreExact) {
 TEST(Matrix, QuotientsOfSignedValuesCutTowardZero) {
   EXPECT_EQ(WithSign(Magnitude(-7) / 2, -7), -3);
   EXPECT_EQ(Magnitude(-2147483647 - 1), 0x80000000u);
-  EXPECT_EQ(DivideRounded<4>(5), 1);
-  EXPECT_EQ(DivideRounded<4>(6), 2);
-  EXPECT_EQ(DivideRounded<4>(-5), -1);
-  EXPECT_EQ(DivideRounded<4>(-6), -2);
 }
 
-// Far outside the cube the product of 12 bits passes 31 bits: 16-bit 4:4:4 lets it wrap, 16-bit 4:2:2 does not.
-// With Y' 4095, Cb 4095, BT.709: n = 3252 * 2047 + 1792 * (4095 - 256) = 13,536,332, times 341 is 4,615,889,212.
-// In full, 4,616,935,740 / 2,093,056 = 2205; less 2^32 it is 321,968,444 / 2,093,056 = 153.
+// Where a product of floats goes wrong first is at multiples of the divisor and right before them.
+TEST(Matrix, QuotientsOfFloatsAreExact) {
+  constexpr i32 kLimit = 5'500'000;
+  for (const u32 divisor :
+       {2u,   3u,   7u,   79u,  127u, 130u,  158u,  173u,  219u,  255u,  257u,  448u,  511u,
+        516u, 615u, 627u, 777u, 876u, 1023u, 1025u, 1792u, 4093u, 4095u, 4097u, 8176u, 8191u}) {
+    const float reciprocal = ReciprocalAbove(divisor);
+    const i32 by = static_cast<i32>(divisor);
+    for (i32 multiple = 0; multiple < kLimit; multiple += by) {
+      // Both, and both negative, in one vector; no set has fewer lanes.
+      const WideLanes quotients =
+          QuotientOf(WideLanes{multiple, multiple + by - 1, -multiple, -multiple - by + 1}, reciprocal);
+      const i32 expected = multiple / by;
+      ASSERT_EQ(quotients[0], expected) << multiple << '/' << divisor;
+      ASSERT_EQ(quotients[1], expected) << multiple << '/' << divisor;
+      ASSERT_EQ(quotients[2], -expected) << multiple << '/' << divisor;
+      ASSERT_EQ(quotients[3], -expected) << multiple << '/' << divisor;
+    }
+  }
+}
+
+// Far outside the cube the product of 12 bits passes 31 bits: 16-bit 4:4:4 lets it wrap, 16-bit 4:2:2 does
+// not. With Y' 4095, Cb 4095, BT.709: n = 3252 * 2047 + 1792 * (4095 - 256) = 13,536,332, times 341 is
+// 4,615,889,212. In full, 4,616,935,740 / 2,093,056 = 2205; less 2^32 it is 321,968,444 / 2,093,056 = 153.
 TEST(Matrix, OverflowWrapsWhereItMustAndNowhereElse) {
   EXPECT_EQ((FullColour<12, 10, Overflow::wraps>(13536332)), 153);
   EXPECT_EQ((FullColour<12, 10, Overflow::isWide>(13536332)), 2205);
@@ -123,107 +139,6 @@ TEST(Matrix, OverflowWrapsWhereItMustAndNowhereElse) {
     ASSERT_EQ((FullColour<12, 10, Overflow::wraps>(n)),
               static_cast<i32>(static_cast<u32>(dividend)) / 2093056)
         << n;
-  }
-}
-
-using Colour = std::array<i32, 3>;
-
-// Sends about 300,000 of all colours of `bits` through a matrix in vectors and through its formula.
-template <typename Matrix, typename Formula>
-void CompareWithFormula(u32 bits, Matrix matrix, Formula formula) {
-  constexpr u32 kColours = 300'000;
-  const u32 mask = (1u << bits) - 1;
-  const u64 step = ((u64{1} << 3 * bits) / kColours) | 1;
-  SampleStrip from = {};
-  SampleStrip to = {};
-  std::array<Colour, kStripPixels> sent;
-  for (u64 n = 0; n < u64{1} << 3 * bits;) {
-    for (u32 i = 0; i < kStripPixels; ++i, n += step) {
-      for (u32 k = 0; k < 3; ++k) sent[i][k] = static_cast<i32>(static_cast<u32>(n >> k * bits) & mask);
-      Cells(from.first)[i] = static_cast<i16>(sent[i][0]);
-      Cells(from.second)[i] = static_cast<i16>(sent[i][1]);
-      Cells(from.third)[i] = static_cast<i16>(sent[i][2]);
-    }
-    matrix(Reading(PlanesOf(from)), PlanesOf(to));
-    for (u32 i = 0; i < kStripPixels; ++i) {
-      const Colour made = {Cells(to.first)[i], Cells(to.second)[i], Cells(to.third)[i]};
-      ASSERT_EQ(made, formula(sent[i])) << sent[i][0] << ' ' << sent[i][1] << ' ' << sent[i][2];
-    }
-  }
-}
-
-// a / b with half of b on the side of the sign.
-i32 Rounded(i32 a, i32 b) {
-  return (a + (a < 0 ? -(b / 2) : b / 2)) / b;
-}
-
-Colour YccOf(i32 luma, i32 red, i32 blue, const ColourWeights& w) {
-  const auto chroma = [&](i32 colour, i32 span) {
-    return ((colour - luma) * 112 + span * 128 + (span >> 1)) / span;
-  };
-  return {luma + 16, chroma(blue, w.blueSpan), chroma(red, w.redSpan)};
-}
-
-i32 LumaSum(const Colour& c, const ColourWeights& w) {
-  return c[0] * w.red + c[1] * w.green + c[2] * w.blue;
-}
-
-TEST(Matrix, VectorsMakeTheYccOf8BitsThatTheFormulasMake) {
-  for (u32 standard = 0; standard < 3; ++standard) {
-    const ColourWeights w = MakeWeights(8, standard);
-    CompareWithFormula(
-        8, [&](ConstPlanes from, Planes to) { FullColourToYcc<8, 8, 16>(from, w, to); },
-        [&](const Colour& c) {
-          return YccOf((LumaSum(c, w) + 127) / 255, (73 * c[0] + 42) / 85, (73 * c[2] + 42) / 85, w);
-        });
-    CompareWithFormula(
-        9, [&](ConstPlanes from, Planes to) { FullColourToYcc<9, 8, 16>(from, w, to); },
-        [&](const Colour& c) {
-          return YccOf((LumaSum(c, w) + 255) / 511, (3 * c[0] + 3) / 7, (3 * c[2] + 3) / 7, w);
-        });
-    CompareWithFormula(
-        8, [&](ConstPlanes from, Planes to) { VideoColourToYcc<8, 8, 16>(from, w, to); },
-        [&](const Colour& c) {
-          const Colour over = {c[0] - 16, c[1] - 16, c[2] - 16};
-          return YccOf(Rounded(LumaSum(over, w), 219), over[0], over[2], w);
-        });
-    CompareWithFormula(
-        10, [&](ConstPlanes from, Planes to) { VideoColourToYcc<10, 8, 16>(from, w, to); },
-        [&](const Colour& c) {
-          const Colour over = {c[0] - 64, c[1] - 64, c[2] - 64};
-          return YccOf(Rounded(LumaSum(over, w), 876), Rounded(over[0], 4), Rounded(over[2], 4), w);
-        });
-  }
-}
-
-TEST(Matrix, VectorsMakeTheColoursThatTheFormulasMake) {
-  for (u32 standard = 0; standard < 3; ++standard) {
-    const ColourWeights w = MakeWeights(8, standard);
-    // Red and blue from n, green from a dividend without them, each limited.
-    const auto formula = [&](auto colour, auto green, i32 maximum, i32 black, i32 least, i32 most) {
-      return [&w, colour, green, maximum, black, least, most](const Colour& c) -> Colour {
-        const i32 luma = c[0] - 16;
-        const i32 red = colour(w.redSpan * (c[2] - 128) + 112 * luma);
-        const i32 blue = colour(w.blueSpan * (c[1] - 128) + 112 * luma);
-        const i32 left = luma * maximum - w.blue * blue - w.red * red;
-        return {std::clamp(red + black, least, most), std::clamp(green(left) + black, least, most),
-                std::clamp(blue + black, least, most)};
-      };
-    };
-    const auto addHalf = [&](i32 left) { return (left + (w.green >> 1)) / w.green; };
-    const auto round = [&](i32 left) { return Rounded(left, w.green); };
-    CompareWithFormula(
-        8, [&](ConstPlanes from, Planes to) { YccToFullColour<8, 8, 16, Overflow::wraps>(from, w, to); },
-        formula([](i32 n) { return (n * 85 + 4088) / 8176; }, addHalf, 255, 0, 0, 255));
-    CompareWithFormula(
-        8, [&](ConstPlanes from, Planes to) { YccToFullColour<8, 9, 16, Overflow::wraps>(from, w, to); },
-        formula([](i32 n) { return (n * 7 + 168) / 336; }, addHalf, 511, 0, 0, 511));
-    CompareWithFormula(
-        8, [&](ConstPlanes from, Planes to) { YccToVideoColour<8, 8, 16>(from, w, to); },
-        formula([](i32 n) { return Rounded(n, 112); }, round, 219, 16, 1, 254));
-    CompareWithFormula(
-        8, [&](ConstPlanes from, Planes to) { YccToVideoColour<8, 10, 16>(from, w, to); },
-        formula([](i32 n) { return (4 * n + 56) / 112; }, addHalf, 876, 64, 4, 1019));
   }
 }
 
