@@ -1,4 +1,5 @@
-// The fast row loops of 8-bit 4:2:2 without alpha, to pictures that hold the samples of the frame, byte by byte.
+// The fast row loops of 8-bit 4:2:2 without alpha, to pictures that hold the samples of the frame, byte by
+// byte.
 #pragma once
 #include <algorithm>
 #include <array>
@@ -117,9 +118,15 @@ template <const FrameLayout& Layout, const PixelLayout& Pixel>
       ++count;
       status = FinishRow(source);
     }
-    RebuildBand<Layout.chromaSign>(slot(0), rows.data(), source.pairs, rawRows);
-    for (u32 r = 0; r < count; ++r)
-      DrainPairs<Pixel>(rows[r], source.pairs, target + static_cast<std::intptr_t>(r) * step);
+    PairBand band = {slot(0), rows.data(), source.pairs, rawRows};
+    for (std::size_t drained = 0; drained < source.pairs;) {
+      const std::size_t rebuilt = RebuildPiece<Layout.chromaSign>(band);
+      for (u32 r = 0; r < count; ++r) {
+        u8* const row = target + static_cast<std::intptr_t>(r) * step;
+        DrainPairs<Pixel>(rows[r] + drained * 4, rebuilt - drained, row + drained * kPairBytes<Pixel>);
+      }
+      drained = rebuilt;
+    }
     if (status != Status::complete) return status;
     std::memcpy(slot(0), rows[count - 1], rowLength);
   }

@@ -26,19 +26,6 @@ inline Lanes ChromaOf(Lanes sum) {
   return sum & 255;
 }
 
-// One component of the rows of a band: the sample that each row has just rebuilt, and the one above that.
-struct Chain {
-  Lanes left;
-  Lanes topLeft;
-};
-
-// State of a band: lane r stands one pair left of lane r - 1.
-struct Band {
-  Lanes luma0, luma1;  // last rebuilt samples of each row
-  Lanes luma1Above;    // what stood above luma1
-  Chain cb, cr;
-};
-
 // Chroma of lanes that hold two bytes of a pair.
 template <ChromaSign Sign>
 inline Lanes ChromaIn(Lanes bytes) {
@@ -74,7 +61,8 @@ inline Lanes BlendLuma(Lanes left, Lanes top, Lanes topLeft, Lanes symbol, Lanes
 // Rebuilds four pairs of each row: row r those from 4 * group - r on. In the prologue the lane of a row that
 // has its first pair takes L and TL from T.
 template <ChromaSign Sign, bool Prologue, bool AnyRaw>
-inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff_t group, Lanes predicted) {
+inline void StepGroup(BandState& band, const u8* above, u8* const* rows, std::ptrdiff_t group,
+                      Lanes predicted) {
   const Lanes rowNumber = LaneNumbers();
   const auto pairsOfRow = [&](u32 r) { return rows[r] + (group * 4 - static_cast<std::ptrdiff_t>(r)) * 4; };
   Square square;
@@ -117,10 +105,10 @@ inline void StepGroup(Band& band, const u8* above, u8* const* rows, std::ptrdiff
 constexpr std::ptrdiff_t kFlatGroups = 16;
 constexpr std::size_t kFlatBytes = kFlatGroups * 16;
 
-// Whether the next kFlatGroups groups of all rows are of one colour, which is `pair`: it is all around them and above them,
-// and all symbols are zero. The first symbols tell most of the time.
+// Whether the next kFlatGroups groups of all rows are of one colour, which is `pair`: it is all around them
+// and above them, and all symbols are zero. The first symbols tell most of the time.
 template <ChromaSign Sign>
-bool AreFlat(const Band& band, const u8* above, u8* const* rows, std::ptrdiff_t group, u32 pair) {
+bool AreFlat(const BandState& band, const u8* above, u8* const* rows, std::ptrdiff_t group, u32 pair) {
   if (LoadNative<u64>(rows[0] + group * 16) != 0) return false;
   const Lanes colour = (Lanes)(LaneWords{} + pair);
   const Lanes even = (Lanes)((LaneWords)colour << 16);  // Y'0 and Cb in the last lanes of pairs
@@ -150,39 +138,53 @@ void FillGroups(u8* const* rows, std::ptrdiff_t group, u32 pair) {
   }
 }
 
+// The last row is kBandRows - 1 pairs behind the first.
+constexpr std::ptrdiff_t GroupsOf(std::size_t pairs) {
+  return static_cast<std::ptrdiff_t>((pairs + kBandRows - 1 + 3) / 4);
+}
+
+// Groups of a piece behind the prologue.
+constexpr std::ptrdiff_t kPieceGroups = 4 * kFlatGroups;
+
 template <ChromaSign Sign, bool AnyRaw>
-void RebuildBandRows(const u8* above, u8* const* rows, std::size_t pairs, Lanes predicted) {
-  Band band = {};
-  // The last row is kBandRows - 1 pairs behind the first.
-  const std::ptrdiff_t groups = static_cast<std::ptrdiff_t>((pairs + kBandRows - 1 + 3) / 4);
-  std::ptrdiff_t group = 0;
+void RebuildGroups(PairBand& band, Lanes predicted) {
+  const u8* const above = band.above;
+  u8* const* const rows = band.rows;
+  const std::ptrdiff_t groups = GroupsOf(band.pairs);
+  BandState state = band.state;
+  std::ptrdiff_t group = band.groups;
   for (; group < std::ptrdiff_t{kBandRows / 4} && group < groups; ++group)
-    StepGroup<Sign, true, AnyRaw>(band, above, rows, group, predicted);
-  while (group < groups) {
+    StepGroup<Sign, true, AnyRaw>(state, above, rows, group, predicted);
+  const std::ptrdiff_t pieceEnd = std::min(group + kPieceGroups, groups);
+  while (group < pieceEnd) {
     if (!AnyRaw && group + kFlatGroups <= groups) {
       const u32 pair = LoadNative<u32>(above + group * 16);
-      if (AreFlat<Sign>(band, above, rows, group, pair)) {
+      if (AreFlat<Sign>(state, above, rows, group, pair)) {
         FillGroups(rows, group, pair);
         group += kFlatGroups;
         continue;
       }
     }
     const std::ptrdiff_t end = std::min(group + kFlatGroups, groups);
-    for (; group < end; ++group) StepGroup<Sign, false, AnyRaw>(band, above, rows, group, predicted);
+    for (; group < end; ++group) StepGroup<Sign, false, AnyRaw>(state, above, rows, group, predicted);
   }
+  band.state = state;
+  band.groups = group;
 }
 
 }  // namespace
 
 template <ChromaSign Sign>
-void RebuildBand(const u8* above, u8* const* rows, std::size_t pairs, u32 rawRows) {
+std::size_t RebuildPiece(PairBand& band) {
   Lanes predicted;
-  for (u32 r = 0; r < kBandRows; ++r) predicted[r] = (rawRows >> r & 1) != 0 ? i16{0} : i16{-1};
-  if (rawRows == 0) {
-    RebuildBandRows<Sign, false>(above, rows, pairs, predicted);
+  for (u32 r = 0; r < kBandRows; ++r) predicted[r] = (band.rawRows >> r & 1) != 0 ? i16{0} : i16{-1};
+  if (band.rawRows == 0) {
+    RebuildGroups<Sign, false>(band, predicted);
   } else {
-    RebuildBandRows<Sign, true>(above, rows, pairs, predicted);
+    RebuildGroups<Sign, true>(band, predicted);
   }
+  const std::size_t ofFirstRow = static_cast<std::size_t>(band.groups) * 4;
+  return std::min(ofFirstRow - std::min<std::size_t>(ofFirstRow, kBandRows - 1), band.pairs);
 }
 
 template <ChromaSign Sign>
@@ -209,8 +211,8 @@ void RebuildRow(u8* above, u8* row, std::size_t pairs, bool first, PairNeighbour
   }
 }
 
-template void RebuildBand<ChromaSign::isUnsigned>(const u8*, u8* const*, std::size_t, u32);
-template void RebuildBand<ChromaSign::isSigned>(const u8*, u8* const*, std::size_t, u32);
+template std::size_t RebuildPiece<ChromaSign::isUnsigned>(PairBand&);
+template std::size_t RebuildPiece<ChromaSign::isSigned>(PairBand&);
 template void RebuildRow<ChromaSign::isUnsigned>(u8*, u8*, std::size_t, bool, PairNeighbours&);
 template void RebuildRow<ChromaSign::isSigned>(u8*, u8*, std::size_t, bool, PairNeighbours&);
 

@@ -31,13 +31,34 @@ inline constexpr PairStart kFirstRowStart = {static_cast<u8>(Layout.start.luma),
 // left-only rule over `pairs` pairs. Returns what the pair behind them starts from.
 PairStart RebuildLeftOnly(u8* row, std::size_t pairs, PairStart start);
 
-// Later rows of a progressive frame, kBandRows at once.
-//
-// above     samples of the row above the first one, with kBandBackPadding readable bytes behind
-// rows      kBandRows rows, none overlapping another or its padding; idle ones may be one and the same
-// rawRows   bit r is set if row r holds samples and not symbols
+// One component of the rows of a band: the sample that each row has just rebuilt, and the one above that.
+struct Chain {
+  Lanes left;
+  Lanes topLeft;
+};
+
+// Where a band stands: lane r is one pair left of lane r - 1.
+struct BandState {
+  Lanes luma0, luma1;  // last rebuilt samples of each row
+  Lanes luma1Above;    // what stood above luma1
+  Chain cb, cr;
+};
+
+// Later rows of a progressive frame, kBandRows at once, on their way from left to right.
+struct PairBand {
+  const u8* above;  // samples of the row above the first one, with kBandBackPadding readable bytes behind
+  u8* const*
+      rows;  // kBandRows rows, none overlapping another or its padding; idle ones may be one and the same
+  std::size_t pairs;
+  u32 rawRows;                // bit r is set if row r holds samples and not symbols
+  std::ptrdiff_t groups = 0;  // of four pairs, that are rebuilt of the first row
+  BandState state = {};
+};
+
+// Rebuilds the next pairs of all rows of a band: a piece that lies in the first-level cache when it goes on
+// to the picture. Returns how many pairs of every row are rebuilt so far.
 template <ChromaSign Sign>
-void RebuildBand(const u8* above, u8* const* rows, std::size_t pairs, u32 rawRows);
+std::size_t RebuildPiece(PairBand& band);
 
 // Neighbours of a pair: the pair to the left, and the one above that.
 struct PairNeighbours {
