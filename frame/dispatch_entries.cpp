@@ -5,6 +5,7 @@
 #include "frame/frame_tags.h"
 #include "frame/member_macros.h"
 #include "frame/tag_rules.h"
+#include "vorel/pixel_formats.h"
 
 namespace {
 
@@ -33,6 +34,10 @@ VorelStatus VorelDecodeBounded(VorelFamily family, uint32_t pixelFormat, uint32_
                                void* scratch) {
   // The argument check multiplies in 32 bits; up to this width its products are true.
   if (width > VOREL_MOST_BOUNDED_WIDTH) return VOREL_BAD_WIDTH;
+  // It counts significant bits besides, of which a pixel may have fewer than bits that are stored.
+  const vorel::i64 distance = rowBytes;
+  if (static_cast<vorel::u64>(distance < 0 ? -distance : distance) < VorelRowBytes(pixelFormat, width))
+    return VOREL_ROW_TOO_SHORT;
   return DecodeAny(family, pixelFormat, width, height, rowBytes, base, colourStandard, wordCursor, bitCursor,
                    frame, readableBytes, flags, scratch);
 }

@@ -8,7 +8,11 @@
  * cursor * 32 + 7 + bit cursor) / 8, which behind a header is 20 bytes more than the bytes that hold bits.
  *
  * Routines keep nothing and allocate nothing, but for code tables that are made when a frame format is first used.
- * They take up to 320 kB of stack, 160 kB in 32-bit programs.
+ * They take up to 336 kB of stack, 176 kB in 32-bit programs.
+ *
+ * All but VorelDecodeBounded accept rows that hold the significant bits of their pixels, of which some formats store
+ * more: decoding then stores less than a row behind |row bytes| * height, and what rows have of one another is not
+ * defined.
  */
 #ifndef VOREL_FRAME_CODEC_H
 #define VOREL_FRAME_CODEC_H
@@ -132,7 +136,8 @@ enum { VOREL_MOST_BOUNDED_WIDTH = 1 << 24 };
  * pixelFormat     four-character code ('yuvu' is 0x79757675), or 32 or 24
  * width, height   of the picture in pixels, at least 1; a frame does not carry them. Wider pictures than
  *                 VOREL_MOST_BOUNDED_WIDTH return VOREL_BAD_WIDTH
- * rowBytes        distance of two rows in bytes, a multiple of 4; negative for a bottom-up picture
+ * rowBytes        distance of two rows in bytes, a multiple of 4; negative for a bottom-up picture. Less than
+ *                 VorelRowBytes returns VOREL_ROW_TOO_SHORT
  * base            lowest address of the picture: |rowBytes| * height bytes, 4-byte aligned. Bytes behind the
  *                 last pixel of a row stay untouched; 4:2:2 rows of odd width hold their last pair whole
  * colourStandard  one of VOREL_COLOUR_*, used where the frame and the picture differ in colour model

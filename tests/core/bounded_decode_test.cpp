@@ -147,6 +147,34 @@ TEST(BoundedDecode, WidthsThatWrapAreRefused) {
   }
 }
 
+// A pixel may have fewer significant bits than are stored: 160 of eight pixels of v210 are 20 bytes, but they
+// take 24.
+TEST(BoundedDecode, RowsThatDoNotHoldTheirPixelsAreRefused) {
+  struct Row {
+    u32 pixelFormat;
+    i32 tooShort, enough;
+  };
+  for (const Row& row : {Row{FourCharacterCode("v210"), 20, 24}, Row{FourCharacterCode("b48r"), 44, 48},
+                         Row{FourCharacterCode("b64a"), 60, 64}, Row{kYuvu, 12, 16}}) {
+    for (const i32 sign : {1, -1}) {
+      std::vector<u8> picture(64, 0xA5);
+      std::vector<u8> scratch(VorelScratchBytes(8));
+      const u32 frame[16] = {};
+      u32 word = 5;
+      u32 bit = 0;
+      const auto decode = [&](i32 rowBytes) {
+        return VorelDecodeBounded(VOREL_GENERIC, row.pixelFormat, 8, 1, sign * rowBytes, picture.data(), 0,
+                                  &word, &bit, frame, sizeof frame, 0, scratch.data());
+      };
+      EXPECT_EQ(decode(row.tooShort), VOREL_ROW_TOO_SHORT);
+      EXPECT_EQ(decode(row.enough), VOREL_NO_ROUTINE);  // as these are no frame's bytes
+      EXPECT_EQ(word, 5u);
+      EXPECT_EQ(bit, 0u);
+      EXPECT_EQ(picture, std::vector<u8>(64, 0xA5));
+    }
+  }
+}
+
 TEST(BoundedDecode, FamiliesKnowTheirOwnFrames) {
   const std::vector<u8> bytes = MakeFrame(MakePicture(Kind::photo, 8, 2, 5), 8, true);
   for (VorelFamily family = 0; family < 10; ++family) {
