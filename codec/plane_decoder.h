@@ -1,5 +1,5 @@
-// The row loop of a decoder for any frame layout, from frame to picture. It knows samples; pixel formats begin in
-// the function that drains a strip.
+// The row loop of a decoder for any frame layout, from frame to picture. It knows samples; pixel formats
+// begin in the function that drains a strip.
 #pragma once
 #include "base/instructions.h"
 #include "codec/plane_bands.h"
@@ -10,17 +10,18 @@
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-// Decodes a row into the picture. `rowBuffer` holds the row above if FromAbove, and holds this row afterwards; it
-// is null where no row follows that needs one. Gives the samples of the first unit.
+// Decodes a row into the picture. `rowBuffer` holds the row above if FromAbove, and holds this row
+// afterwards; it is null where no row follows that needs one. Gives the samples of the first unit.
 template <const FrameLayout& Layout, bool FromAbove, bool KeepAlpha>
 [[gnu::noinline]] UnitSamples DecodePlaneRow(PlaneSource<Layout>& source, const PictureTarget& target,
                                              const UnitSamples& leftOfRow, u8* rowBuffer) {
   constexpr std::size_t kLength = kStepLength<Layout>;
   std::array<SampleOf<kSymbolsOf<Layout>>, kRunSteps * kLength + kReadBehindSymbols<Layout>> symbols;
   std::array<SampleStrip, 2> strips;
-  SampleStrip above;
-  // A strip that is not full is drained to its end all the same, so there must be samples.
+  // A strip that is not full is drained to its end all the same, and its last cells are looked at, so there
+  // must be samples.
   for (SampleStrip& strip : strips) strip = {};
+  SampleStrip above = {};
   RowDrain drain = {&target, CurrentRow(source.walk), source.width, {}};
   UnitSamples firstUnit = {};
   UnitSamples left = leftOfRow;

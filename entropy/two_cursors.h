@@ -1,10 +1,11 @@
 // Long runs of symbols from two places at once.
 //
-// A step cannot begin before the one before it has told its bits, so a cursor alone leaves most of a processor idle.
-// Codes fall into step by themselves: a cursor that begins at any bit, as if a code began there, soon comes upon one
-// that does, and all that it finds from there on is right. So a second cursor begins where the middle of a run is
-// guessed to be, and goes beside the first one until that has come so far. The first goes on alone until it meets the
-// trail of the second: symbols behind that place are taken over.
+// A step cannot begin before the one before it has told its bits, so a cursor alone leaves most of a
+// processor idle. Codes fall into step by themselves: a cursor that begins at any bit, as if a code began
+// there, soon comes upon one that does, and all that it finds from there on is right. So a second cursor
+// begins where the middle of a run is guessed to be, and goes beside the first one until that has come so
+// far. The first goes on alone until it meets the trail of the second: symbols behind that place are taken
+// over.
 #pragma once
 #include <algorithm>
 
@@ -13,8 +14,8 @@
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
-// How long the last run was, from which the middle of the next one is guessed; and how many runs are left to one
-// cursor because those before them were not met.
+// How long the last run was, from which the middle of the next one is guessed; and how many runs are left to
+// one cursor because those before them were not met.
 struct RunGuess {
   u64 bits = 0;
   u64 zeroBits = 0;  // that took no steps
@@ -53,7 +54,7 @@ template <int Symbols>
 struct Bounds {
   u64 middle;                     // where the second began
   const SampleOf<Symbols>* last;  // behind this symbol the first must not begin a turn
-  u64 end;                        // position of a bit where no turn may begin
+  u64 end;                        // position of a bit behind which no turn may begin
 };
 
 template <int Symbols>
@@ -67,8 +68,8 @@ template <int Symbols>
 inline constexpr std::ptrdiff_t kLookSymbols =
     (kTurnsToALook - 1) * kTurnSteps* kMostGroupSymbols<Symbols> + kTurnSymbols<Symbols>;
 
-// Takes turns of both until zeros are ahead of one, or until the first has come to the second one's start or near the end
-// of the run, or the second has no turns left. Gives whether zeros are ahead.
+// Takes turns of both until zeros are ahead of one, or until the first has come to the second one's start or
+// near the end of the run, or the second has no turns left. Gives whether zeros are ahead.
 template <int Symbols>
 [[gnu::noinline]] bool TakeTurnsOfBoth(TwoCursors<Symbols>& cursors, const RowCodes<Symbols>& codes,
                                        const u8* frame, const Bounds<Symbols>& bounds) {
@@ -93,7 +94,8 @@ template <int Symbols>
         ofFirst = FillWindow(first.window, frame);
         ofSecond = FillWindow(second.window, frame);
       }
-      // Step by step: what waits for one cursor leaves a processor little room to look further ahead for the other.
+      // Step by step: what waits for one cursor leaves a processor little room to look further ahead for the
+      // other.
 #pragma GCC unroll 3
       for (u32 step = 0; step < kTurnSteps; ++step) {
         TakeStepOfTurn(first, ofFirst, tables);
@@ -105,7 +107,8 @@ template <int Symbols>
   return zerosAhead;
 }
 
-// Takes zeros of the second cursor, as far as they are wanted, and a turn. Each pattern of zeros is a step of the trail.
+// Takes zeros of the second cursor, as far as they are wanted, and a turn. Each pattern of zeros is a step of
+// the trail.
 template <int Symbols>
 inline void LeaveTrailInZeros(TwoCursors<Symbols>& cursors, const RowCodes<Symbols>& codes, const u8* frame,
                               const Bounds<Symbols>& bounds, const Trail<Symbols>& trail) {
@@ -175,7 +178,8 @@ template <int Symbols>
 inline constexpr u64 kReadableBehind = kLookAheadBytes + (kTurnBits + 7) / 8;
 static_assert(kReadableBehind < (kLeastHalfBits + kLeastHalfBits / 4) / 8);
 
-// Takes over what the second cursor found behind the place, as far as whole steps fit before the end of the run.
+// Takes over what the second cursor found behind the place, as far as whole steps fit before the end of the
+// run.
 template <int Symbols>
 inline void TakeOver(BitReader& reader, SymbolRun<Symbols>& run, const SampleOf<Symbols>* end,
                      const Cursor<Symbols>& second, const Trail<Symbols>& trail, const TrailPlace& place,
@@ -194,11 +198,11 @@ inline void TakeOver(BitReader& reader, SymbolRun<Symbols>& run, const SampleOf<
   reader.position = position;
 }
 
-// Decodes a run from its start and from bit `middle`, as far as the second cursor comes, or, if they do not meet, as
-// far as the first does.
+// Decodes a run from its start and from bit `middle`, as far as the second cursor comes, or, if they do not
+// meet, as far as the first does.
 //
 // end         of the run
-// readableTo  offset of the bytes that must not be loaded: kReadableBehind behind `middle` or more
+// readableTo  offset of the bytes that must not be loaded: kReadableBehind or more behind the byte after `middle`
 template <int Symbols>
 [[gnu::noinline]] Meeting GetFromTwo(BitReader& reader, const RowCodes<Symbols>& codes,
                                      SymbolRun<Symbols>& run, const SampleOf<Symbols>* end, u64 middle,
