@@ -1,12 +1,10 @@
-// The row loop of an encoder for any frame layout, from picture to frame. It knows samples; pixel formats end in
-// the function that fills a strip.
+// The row loop of an encoder for any frame layout, from picture to frame. It knows samples; pixel formats end
+// in the function that fills a strip.
 #pragma once
 #include "base/instructions.h"
 #include "codec/strip_symbols.h"
-#include "entropy/symbol_writer.h"
+#include "entropy/row_encoder.h"
 #include "frame/argument_check.h"
-#include "frame/frame_limits.h"
-#include "frame/row_walk.h"
 #include "pixel/conversion.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
@@ -18,8 +16,8 @@ struct PictureSource {
   ColourWeights weights;
 };
 
-// Samples of a row and of the row above it stay on the stack up to 4,128 pixels. Of wider rows a strip is made
-// when it is needed, and those of the row above are made again.
+// Samples of a row and of the row above it stay on the stack up to 4,128 pixels. Of wider rows a strip is
+// made when it is needed, and those of the row above are made again.
 inline constexpr u32 kKeptStrips = 43;
 
 struct KeptRow {
@@ -34,13 +32,14 @@ struct RowStrips {
   KeptRow* now;
   KeptRow* above;
 
+  SampleStrip& At(KeptRow& kept, u32 number) const { return kept.strips[keeps ? number : 0]; }
+
   // Makes a strip of `row`, with the samples left of it in place, in the kept row or in its first strip. The
   // left neighbour of the first strip is the caller's.
   void Make(KeptRow& kept, const u8* row, u32 number, const UnitSamples& leftOfRow,
             ChromaCarry& carry) const {
-    SampleStrip& strip = kept.strips[keeps ? number : 0];
-    const UnitSamples left =
-        number == 0 ? leftOfRow : LastSamples<Layout>(kept.strips[keeps ? number - 1 : 0]);
+    SampleStrip& strip = At(kept, number);
+    const UnitSamples left = number == 0 ? leftOfRow : LastSamples<Layout>(At(kept, number - 1));
     source->fill(row, {number * kStripPixels, width}, source->weights, carry, strip);
     SetLeft(strip, left);
   }
@@ -59,14 +58,12 @@ u32 StripsOf(u32 width) {
 
 // Codes a row as predicted. Gives the samples of its first unit.
 template <const FrameLayout& Layout, bool FromAbove>
-[[gnu::noinline]] UnitSamples PutPredictedRow(BitWriter<NativeWindow>& writer,
-                                              const SymbolCodes<kSymbolsOf<Layout>>& codes,
+[[gnu::noinline]] UnitSamples PutPredictedRow(RowWriter& writer, const SymbolCodes<kSymbolsOf<Layout>>& codes,
                                               const RowStrips<Layout>& rows, const u8* row,
                                               const u8* rowAbove, const UnitSamples& leftOfRow) {
   ChromaCarry carry = {};
   ChromaCarry carryAbove = {};
   UnitSamples left = leftOfRow;
-  const auto placeOf = [&](u32 strip) { return rows.keeps ? strip : 0; };
   const auto make = [&](u32 i) {
     if constexpr (FromAbove) {
       if (!rows.keeps) rows.Make(*rows.above, rowAbove, i, left, carryAbove);
@@ -83,9 +80,9 @@ template <const FrameLayout& Layout, bool FromAbove>
   make(0);
   const UnitSamples firstUnit = FirstSamples(rows.now->strips[0]);
   for (u32 i = 0; i < strips; ++i) {
-    PredictStrip<Layout, FromAbove>(rows.now->strips[placeOf(i)], rows.above->strips[placeOf(i)], symbols);
-    // Prediction reads samples and their neighbours across the vectors that were stored, for which a processor waits
-    // until they are in memory. They come there while the strip before is coded.
+    PredictStrip<Layout, FromAbove>(rows.At(*rows.now, i), rows.At(*rows.above, i), symbols);
+    // Prediction reads samples and their neighbours across the vectors that were stored, for which a
+    // processor waits until they are in memory. They come there while the strip before is coded.
     if (i + 1 < strips) make(i + 1);
     PutSteps<kStepLength<Layout>>(writer, codes, CellsOf<Layout>(symbols), StepsAt<Layout>(rows.width, i));
   }
@@ -93,67 +90,46 @@ template <const FrameLayout& Layout, bool FromAbove>
 }
 
 template <const FrameLayout& Layout>
-[[gnu::noinline]] void PutRawRow(BitWriter<NativeWindow>& writer, const RowStrips<Layout>& rows,
-                                 const u8* row) {
+[[gnu::noinline]] void PutRawRow(RowWriter& writer, const RowStrips<Layout>& rows, const u8* row) {
   ChromaCarry carry = {};
   StripSymbols symbols;
   const u32 strips = StripsOf<Layout>(rows.width);
   for (u32 i = 0; i < strips; ++i) {
     if (!rows.keeps) rows.Make(*rows.now, row, i, UnitSamples{}, carry);
-    CopySamples<Layout>(rows.now->strips[rows.keeps ? i : 0], symbols);
+    CopySamples<Layout>(rows.At(*rows.now, i), symbols);
     PutRawSteps<kStepLength<Layout>, Layout.samples.bits>(writer, InOrder<Layout>(symbols),
                                                           StepsAt<Layout>(rows.width, i));
   }
 }
 
+// Codes the rows of a picture of any pixel format, for EncodeRows.
+template <const FrameLayout& Layout, Scan FrameScan>
+struct PlaneRowCoder {
+  const SymbolCodes<kSymbolsOf<Layout>>& codes;
+  RowStrips<Layout> rows;
+  UnitSamples leftOfRow = kStartOfFrame<Layout, FrameScan>;
+
+  void PutPredicted(RowWriter& writer, const u8* row, const u8* rowAbove) {
+    if (FrameScan == Scan::p && rowAbove != nullptr) {
+      PutPredictedRow<Layout, true>(writer, codes, rows, row, rowAbove, leftOfRow);
+    } else {
+      const UnitSamples firstUnit =
+          PutPredictedRow<Layout, false>(writer, codes, rows, row, nullptr, leftOfRow);
+      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) leftOfRow = firstUnit;
+    }
+  }
+  void PutRaw(RowWriter& writer, const u8* row) const { PutRawRow<Layout>(writer, rows, row); }
+  void GoOn() { std::swap(rows.now, rows.above); }
+};
+
 // One body for all pixel formats of a layout and scan.
 template <const FrameLayout& Layout, Scan FrameScan>
 [[gnu::noinline]] Status EncodePlanes(const FrameCall& call, const PictureSource& source) {
-  const StreamCursor cursor = Fold({*call.wordCursor, *call.bitCursor});
-  const u64 limit = FrameLimit<Layout>(call, cursor);
-  const auto& codes = SymbolCodesOfLayout<Layout, FrameScan>();
-  BitWriter<NativeWindow> writer = OpenWriter<NativeWindow>(call.frame, cursor, limit);
-  RowWalk walk = OpenRowWalk(call.base, call.height, call.rowBytes);
   std::array<KeptRow, 2> kept;
-  RowStrips<Layout> rows = {&source, call.width, StripsOf<Layout>(call.width) <= kKeptStrips, &kept[0],
-                            &kept[1]};
-  UnitSamples leftOfRow = kStartOfFrame<Layout, FrameScan>;
-  Status status = Status::complete;
-  for (u32 row = 0; row < call.height; ++row) {
-    const u8* const pixels = CurrentRow(walk);
-    const BitWriter<NativeWindow> rowStart = writer;
-    PutBits(writer, NativeWindow{0}, 1);
-    if (FrameScan == Scan::p && row != 0) {
-      PutPredictedRow<Layout, true>(writer, codes, rows, pixels, pixels - call.rowBytes, leftOfRow);
-    } else {
-      const UnitSamples firstUnit =
-          PutPredictedRow<Layout, false>(writer, codes, rows, pixels, nullptr, leftOfRow);
-      if (Layout.interlacedRowStart == InterlacedRowStart::firstUnitAbove) leftOfRow = firstUnit;
-    }
-    const u64 words = (WrittenBits(writer) >> 5) - (WrittenBits(rowStart) >> 5);
-    if (!PredictedRowStays(Layout, words, call.width)) {
-      // The bound is tested with the attempted row in place: a frame may end here although the raw row would
-      // fit.
-      if (IsPastLimit(writer, limit)) {
-        status = Status::frameBoundWritten;
-        break;
-      }
-      writer = rowStart;
-      PutBits(writer, NativeWindow{1}, 1);
-      PutRawRow<Layout>(writer, rows, pixels);
-    }
-    std::swap(rows.now, rows.above);
-    if (!StepRow(walk)) {
-      status = Status::rowLeftPictureEncode;
-      break;
-    }
-    if (IsPastLimit(writer, limit)) {
-      status = Status::frameBoundWritten;
-      break;
-    }
-  }
-  StoreCursors(call, CloseWriter(writer));
-  return status;
+  const bool keeps = StripsOf<Layout>(call.width) <= kKeptStrips;
+  PlaneRowCoder<Layout, FrameScan> coder = {SymbolCodesOfLayout<Layout, FrameScan>(),
+                                            {&source, call.width, keeps, &kept[0], &kept[1]}};
+  return EncodeRows<Layout, FrameScan>(call, coder);
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS
