@@ -183,6 +183,13 @@ inline Lanes LaneNumbers() {
   return NumberLanes(std::make_integer_sequence<int, static_cast<int>(kLanes)>());
 }
 
+// -1 in lane k if bit k of a number is not set, otherwise 0.
+inline Lanes LanesWithoutBits(u32 bits) {
+  Lanes lanes;
+  for (u32 k = 0; k < kLanes; ++k) lanes[k] = (bits >> k & 1) != 0 ? i16{0} : i16{-1};
+  return lanes;
+}
+
 inline bool IsZero(Lanes lanes) {
   const auto words = (typename VectorOf<u64, 2 * kLanes>::Type) lanes;
   u64 any = 0;

@@ -74,12 +74,6 @@ void RebuildBandStrips(BandStrips& band, const SampleStrip& above, u32 steps, co
   }
 }
 
-inline Lanes LanesOfPredictedRows(u32 rawRows) {
-  Lanes predicted;
-  for (u32 r = 0; r < kLanes; ++r) predicted[r] = (rawRows >> r & 1) != 0 ? i16{0} : i16{-1};
-  return predicted;
-}
-
 // Whether a strip of all rows of a band, `count` steps from `step` on, has nothing but the colour around it.
 //
 // left, leftAbove  the samples left of it, if it does not begin the rows
@@ -133,7 +127,7 @@ template <const FrameLayout& Layout, bool KeepAlpha>
     drains[r] = {&target, firstRow + static_cast<std::intptr_t>(r) * source.walk.step, source.width, {}};
   SampleStrip above = {};
   UnitSamples leftAbove = {};
-  BandRun run = {true, LanesOfPredictedRows(symbols.rawRows)};
+  BandRun run = {true, LanesWithoutBits(symbols.rawRows)};
   u32 number = 0;
   const auto drainAll = [&](BandStrips& band, u32 strip) {
     for (u32 r = 0; r < symbols.rows; ++r) DrainOne(drains[r], band.rows[r], strip);

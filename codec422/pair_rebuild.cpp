@@ -176,8 +176,7 @@ void RebuildGroups(PairBand& band, Lanes predicted) {
 
 template <ChromaSign Sign>
 std::size_t RebuildPiece(PairBand& band) {
-  Lanes predicted;
-  for (u32 r = 0; r < kBandRows; ++r) predicted[r] = (band.rawRows >> r & 1) != 0 ? i16{0} : i16{-1};
+  const Lanes predicted = LanesWithoutBits(band.rawRows);
   if (band.rawRows == 0) {
     RebuildGroups<Sign, false>(band, predicted);
   } else {
