@@ -47,8 +47,7 @@ struct BandState {
 // Later rows of a progressive frame, kBandRows at once, on their way from left to right.
 struct PairBand {
   const u8* above;  // samples of the row above the first one, with kBandBackPadding readable bytes behind
-  u8* const*
-      rows;  // kBandRows rows, none overlapping another or its padding; idle ones may be one and the same
+  u8* const* rows;  // kBandRows; none overlaps another or its padding, idle ones may be one and the same
   std::size_t pairs;
   u32 rawRows;                // bit r is set if row r holds samples and not symbols
   std::ptrdiff_t groups = 0;  // of four pairs, that are rebuilt of the first row

@@ -163,14 +163,19 @@ inline WidePairs operator+(WidePairs a, i32 b) {
 inline WidePairs operator-(WidePairs a, WidePairs b) {
   return {a.low - b.low, a.high - b.high};
 }
-inline WidePairs operator*(WidePairs a, i32 b) {
-  return {a.low * b, a.high * b};
-}
 inline WidePairs operator&(WidePairs a, i32 b) {
   return {a.low & b, a.high & b};
 }
 inline WidePairs operator>>(WidePairs a, int bits) {
   return {a.low >> bits, a.high >> bits};
+}
+// a * factor + add of 32 bits, which may wrap where cells hold no samples.
+inline WideLanes MultiplyAdd(WideLanes a, i32 factor, i32 add) {
+  using Words = VectorOf<u32, sizeof(WideLanes)>::Type;
+  return (WideLanes)((Words)a * static_cast<u32>(factor) + static_cast<u32>(add));
+}
+inline WidePairs MultiplyAdd(WidePairs a, i32 factor, i32 add) {
+  return {MultiplyAdd(a.low, factor, add), MultiplyAdd(a.high, factor, add)};
 }
 // -1 where it is so.
 inline WidePairs operator>(WidePairs a, i32 b) {

@@ -77,7 +77,7 @@ inline Lanes DeepColourOf(LanePairs chromaAndLuma, i32 span) {
   constexpr int kShift = std::countr_zero(kQuotient.divide);
   static_assert(kQuotient.divide == 511u << kShift);
   const WidePairs n = WeighChromaAndLuma<YccBits, Offset>(chromaAndLuma, span, ChromaSpan(YccBits), 0);
-  const WidePairs dividend = n * kQuotient.multiply + kQuotient.add;
+  const WidePairs dividend = MultiplyAdd(n, kQuotient.multiply, kQuotient.add);
   return WithSignOf(Pack(QuotientOf(MagnitudeOf(dividend) >> kShift, ReciprocalAbove(511))), Pack(dividend));
 }
 
