@@ -15,9 +15,9 @@ constexpr bool IsQuotient(u32 divisor, u32 limit, u32 before, u32 ratio, u32 shi
   return true;
 }
 static_assert(IsQuotient(255, 65535, 0, 0x8081, 23) && IsQuotient(219, 65535, 1, 38304, 23));
-static_assert(IsQuotient(7, 43690, 0, 37450, 18) && IsQuotient(3, 32768, 0, 21846, 16));
+static_assert(IsQuotient(7, 43690, 0, 37450, 18));
 
-// n / 255 and n / 219 of n below 65535, n / 7 of n below 43690, n / 3 of n below 32768.
+// n / 255 and n / 219 of n below 65535, n / 7 of n below 43690.
 inline WrappingLanes DivideBy255(WrappingLanes n) {
   return MultiplyHigh(n, WrappingLanes{} + 0x8081) >> 7;
 }
@@ -26,9 +26,6 @@ inline WrappingLanes DivideBy219(WrappingLanes n) {
 }
 inline WrappingLanes DivideBy7(WrappingLanes n) {
   return MultiplyHigh(n, WrappingLanes{} + 37450) >> 2;
-}
-inline WrappingLanes DivideBy3(WrappingLanes n) {
-  return MultiplyHigh(n, WrappingLanes{} + 21846);
 }
 
 inline WrappingLanes WeighIn16Bits(Lanes red, Lanes green, Lanes blue, const ColourWeights& w) {
