@@ -9,7 +9,7 @@ namespace vorel::inline VOREL_INSTRUCTIONS {
 
 // Samples that may be read behind the symbols of a strip.
 template <const FrameLayout& Layout>
-inline constexpr std::size_t kReadBehindSymbols = std::size_t{16} * kStepLength<Layout>;
+inline constexpr std::size_t kReadBehindSymbols = std::size_t{32} * kStepLength<Layout>;
 
 // The symbols of `steps` steps, in the order of the stream, into the planes of a strip.
 template <const FrameLayout& Layout>
@@ -18,12 +18,11 @@ template <const FrameLayout& Layout>
   constexpr std::size_t kLength = kStepLength<Layout>;
   const auto split = [&](const std::array<i16*, kLength>& planes) { SplitStreams(symbols, steps, planes); };
   i16* const first = Cells(strip.first);
-  if constexpr (kInPairs<Layout>) {
+  if constexpr (kInPairs<Layout> && !Layout.samples.alpha) {
+    SplitPairs(symbols, steps, first, Cells(strip.second), Cells(strip.third));
+  } else if constexpr (kInPairs<Layout>) {
     alignas(32) std::array<i16, kStripPixels> chroma = {};  // more of it is read than was written
-    if constexpr (Layout.samples.alpha)
-      split({Cells(strip.alpha), first, chroma.data()});
-    else
-      split({first, chroma.data()});
+    split({Cells(strip.alpha), first, chroma.data()});
     SplitStreams(reinterpret_cast<const u16*>(chroma.data()), (steps + 1) / 2,
                  std::array{Cells(strip.second), Cells(strip.third)});
   } else if constexpr (Layout.samples.alpha) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/lanes.h"
+#include "pixel/lane_arithmetic.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
@@ -129,6 +130,40 @@ inline void SplitStreams(const Sample* interleaved, u32 count, const std::array<
     for (std::size_t k = 0; k < Count; ++k) StoreSamples(streams[k], planes[k] + i);
   }
 #endif
+}
+
+// Every other number of two vectors, from the first and from the second one on. None has a sign.
+struct EvenAndOdd {
+  Lanes even;
+  Lanes odd;
+};
+inline EvenAndOdd SplitLanes(Lanes first, Lanes second) {
+  const auto a = (WideLanes)first;
+  const auto b = (WideLanes)second;
+  return {PackInOrder(a & 0xFFFF, b & 0xFFFF), PackInOrder(a >> 16, b >> 16)};
+}
+inline EvenAndOdd SplitVector(const u8* samples) {
+  const auto words = LoadNative<WrappingLanes>(samples);
+  return {(Lanes)(words & 255), (Lanes)(words >> 8)};
+}
+inline EvenAndOdd SplitVector(const u16* samples) {
+  const u8* const bytes = reinterpret_cast<const u8*>(samples);
+  return SplitLanes(LoadNative<Lanes>(bytes), LoadNative<Lanes>(bytes + sizeof(Lanes)));
+}
+
+// Samples of pairs, Y'0 Cb Y'1 Cr, of `count` pixels. Reads and stores whole vectors: up to 2 * kLanes - 1 pixels
+// more than `count`.
+template <typename Sample>
+inline void SplitPairs(const Sample* pairs, u32 count, i16* luma, i16* cb, i16* cr) {
+  for (u32 i = 0; i < count; i += 2 * kLanes) {
+    const EvenAndOdd first = SplitVector(pairs + std::size_t{2} * i);
+    const EvenAndOdd second = SplitVector(pairs + std::size_t{2} * i + 2 * kLanes);
+    StoreNative(luma + i, first.even);
+    StoreNative(luma + i + kLanes, second.even);
+    const EvenAndOdd chroma = SplitLanes(first.odd, second.odd);
+    StoreNative(cb + i / 2, chroma.even);
+    StoreNative(cr + i / 2, chroma.odd);
+  }
 }
 
 }  // namespace vorel::inline VOREL_INSTRUCTIONS

@@ -175,6 +175,30 @@ TEST(SplitStreams, TwoToFourOfEitherSize) {
   CompareStreams<4, u16>();
 }
 
+template <typename Sample>
+void ComparePairs() {
+  std::mt19937 random(41);
+  for (u32 count = 0; count <= kStripPixels; count += 2) {
+    std::vector<Sample> pairs(2 * count + 64);
+    for (Sample& sample : pairs) sample = static_cast<Sample>(random() & (sizeof(Sample) == 1 ? 255 : 1023));
+    std::vector<i16> luma(count + 32, -1);
+    std::vector<i16> cb(luma);
+    std::vector<i16> cr(luma);
+    SplitPairs(pairs.data(), count, luma.data(), cb.data(), cr.data());
+    for (std::size_t i = 0; i < count / 2; ++i) {
+      ASSERT_EQ(luma[2 * i], pairs[4 * i]) << i;
+      ASSERT_EQ(cb[i], pairs[4 * i + 1]) << i;
+      ASSERT_EQ(luma[2 * i + 1], pairs[4 * i + 2]) << i;
+      ASSERT_EQ(cr[i], pairs[4 * i + 3]) << i;
+    }
+  }
+}
+
+TEST(SplitStreams, PairsOfEitherSize) {
+  ComparePairs<u8>();
+  ComparePairs<u16>();
+}
+
 // ---- Strips of one colour
 
 // A strip of a band that is flat, and everything that it depends on.
