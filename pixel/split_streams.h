@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "base/lanes.h"
-#include "pixel/lane_arithmetic.h"
+#include "pixel/pixel_words.h"
 
 namespace vorel::inline VOREL_INSTRUCTIONS {
 
@@ -132,23 +132,13 @@ inline void SplitStreams(const Sample* interleaved, u32 count, const std::array<
 #endif
 }
 
-// Every other number of two vectors, from the first and from the second one on. None has a sign.
-struct EvenAndOdd {
-  Lanes even;
-  Lanes odd;
-};
-inline EvenAndOdd SplitLanes(Lanes first, Lanes second) {
-  const auto a = (WideLanes)first;
-  const auto b = (WideLanes)second;
-  return {PackInOrder(a & 0xFFFF, b & 0xFFFF), PackInOrder(a >> 16, b >> 16)};
-}
-inline EvenAndOdd SplitVector(const u8* samples) {
+// The samples that take turns from `samples` on, kLanes of either.
+inline WordHalves LoadTurns(const u8* samples) {
   const auto words = LoadNative<WrappingLanes>(samples);
-  return {(Lanes)(words & 255), (Lanes)(words >> 8)};
+  return {words & 255, words >> 8};
 }
-inline EvenAndOdd SplitVector(const u16* samples) {
-  const u8* const bytes = reinterpret_cast<const u8*>(samples);
-  return SplitLanes(LoadNative<Lanes>(bytes), LoadNative<Lanes>(bytes + sizeof(Lanes)));
+inline WordHalves LoadTurns(const u16* samples) {
+  return LoadWords(reinterpret_cast<const u8*>(samples));
 }
 
 // Samples of pairs, Y'0 Cb Y'1 Cr, of `count` pixels. Reads and stores whole vectors: up to 2 * kLanes - 1 pixels
@@ -156,13 +146,14 @@ inline EvenAndOdd SplitVector(const u16* samples) {
 template <typename Sample>
 inline void SplitPairs(const Sample* pairs, u32 count, i16* luma, i16* cb, i16* cr) {
   for (u32 i = 0; i < count; i += 2 * kLanes) {
-    const EvenAndOdd first = SplitVector(pairs + std::size_t{2} * i);
-    const EvenAndOdd second = SplitVector(pairs + std::size_t{2} * i + 2 * kLanes);
-    StoreNative(luma + i, first.even);
-    StoreNative(luma + i + kLanes, second.even);
-    const EvenAndOdd chroma = SplitLanes(first.odd, second.odd);
-    StoreNative(cb + i / 2, chroma.even);
-    StoreNative(cr + i / 2, chroma.odd);
+    const WordHalves first = LoadTurns(pairs + std::size_t{2} * i);
+    const WordHalves second = LoadTurns(pairs + std::size_t{2} * i + 2 * kLanes);
+    StoreNative(luma + i, first.low);
+    StoreNative(luma + i + kLanes, second.low);
+    const auto begin = (WideLanes)first.high;
+    const auto end = (WideLanes)second.high;
+    StoreNative(cb + i / 2, PackInOrder(begin & 0xFFFF, end & 0xFFFF));
+    StoreNative(cr + i / 2, PackInOrder(begin >> 16, end >> 16));
   }
 }
 
